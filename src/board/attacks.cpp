@@ -1,0 +1,60 @@
+#include "board/attacks.h"
+
+namespace torvy {
+
+namespace {
+
+struct CastlingPath {
+  Move move;
+  CastlingRights right;
+  Square88 king, rook, crossed;
+};
+constexpr CastlingPath castlingPaths[4] = {
+    {WhiteCastleKingSide, WhiteKingSide, sq::e1, sq::h1, sq::f1},
+    {WhiteCastleQueenSide, WhiteQueenSide, sq::e1, sq::a1, sq::d1},
+    {BlackCastleKingSide, BlackKingSide, sq::e8, sq::h8, sq::f8},
+    {BlackCastleQueenSide, BlackQueenSide, sq::e8, sq::a8, sq::d8},
+};
+
+template <Color Us>
+bool isPseudoLegalCastling(const Board_0x88& board, Move m) {
+  const CastlingPath& path = castlingPaths[moveDetail(m)];
+  if (m != path.move || !(board.castlingRights & path.right)) return false;
+  if (!detail::holds(board, path.king, Us, King) || !detail::holds(board, path.rook, Us, Rook)) return false;
+  const int step = path.rook > path.king ? 1 : -1;
+  for (int s = path.king + step; s != path.rook; s += step)
+    if (board.pieceOn[s] != NoPiece) return false;
+  // Castling out of check is refused here too, since a hash move in check is tested
+  // only for the king's target square.
+  CheckInfo info;
+  return !isAttacked<Us ^ 1>(board, path.crossed, info) && !isKingAttacked<Us>(board, info);
+}
+
+}  // namespace
+
+template <Color Us>
+bool isPseudoLegal(const Board_0x88& board, Move m) {
+  constexpr Color Them = Us ^ 1;
+  const Square88 from = fromSquare(m);
+  const Square88 to = toSquare(m);
+  if (from == to || board.colorOn[from] != Us || board.colorOn[to] == Us) return false;
+  const bool pawnOnFrom = board.pieceOn[from] == Pawn;
+  switch (moveKind(m)) {
+    case PromotionMove:
+      return pawnOnFrom && relativeRank(Us, from) == 6 && relativeRank(Us, to) == 7;
+    case EnPassantMove:
+      return to == board.epSquare && pawnOnFrom && board.pieceOn[to] == NoPiece &&
+             detail::holds(board, to - pawnForward[Us], Them, Pawn);
+    case CastlingMove:
+      return isPseudoLegalCastling<Us>(board, m);
+    default:
+      if (moveDetail(m) != 1) return true;
+      return pawnOnFrom && relativeRank(Us, from) == 1 && board.pieceOn[from + pawnForward[Us]] == NoPiece &&
+             board.pieceOn[from + 2 * pawnForward[Us]] == NoPiece;
+  }
+}
+
+template bool isPseudoLegal<White>(const Board_0x88&, Move);
+template bool isPseudoLegal<Black>(const Board_0x88&, Move);
+
+}  // namespace torvy

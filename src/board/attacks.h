@@ -1,0 +1,187 @@
+// Attacks, checks and pins, found by walking the 0x88 board outward from a square.
+#pragma once
+
+#include <cstdint>
+
+#include "board/board.h"
+#include "board/geometry.h"
+
+namespace torvy {
+
+// Zero means not in check. The scans stop at the first attacker, so a double check reads 1.
+struct CheckInfo {
+  std::uint16_t checkers = 0;
+  Square88 square = NoSquare;
+};
+
+struct PinInfo {
+  std::uint64_t straightPinned = 0;
+  std::uint64_t diagonalPinned = 0;
+  CheckInfo check;
+};
+
+inline std::uint64_t squareBit(Square88 s) { return std::uint64_t(1) << toSquare64(s); }
+
+inline bool isPinned(const PinInfo& pins, Square88 s) {
+  return ((pins.straightPinned | pins.diagonalPinned) & squareBit(s)) != 0;
+}
+
+// The pin shortcut: a move needs the test make when in check, by the king, by a pinned
+// piece, or en passant (which can bare the king along the rank of both pawns).
+inline bool needsLegalityTest(const Board_0x88& board, Move m, const PinInfo& pins) {
+  const Square88 from = fromSquare(m);
+  return pins.check.checkers != 0 || board.pieceOn[from] == King || isPinned(pins, from) ||
+         moveKind(m) == EnPassantMove;
+}
+
+namespace detail {
+
+inline bool holds(const Board_0x88& board, int s, Color c, PieceType t) {
+  return onBoard(s) && board.pieceOn[s] == t && board.colorOn[s] == c;
+}
+
+inline bool isSliderOf(PieceType t, int sliderClass) {
+  return t == Queen || t == (sliderClass == DiagonalSlider ? Bishop : Rook);
+}
+
+// The first occupied square from s along step d, or an off-board value.
+inline int firstOccupied(const Board_0x88& board, int s, int d) {
+  s += d;
+  while (onBoard(s) && board.pieceOn[s] == NoPiece) s += d;
+  return s;
+}
+
+}  // namespace detail
+
+template <Color By>
+inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
+  auto found = [&](int attacker) {
+    info.checkers = 1;
+    info.square = Square88(attacker);
+    return true;
+  };
+  for (int d : pawnCaptureDeltas[By])
+    if (detail::holds(board, s - d, By, Pawn)) return found(s - d);
+  for (int i = 0; i < 8; ++i) {
+    if (detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);
+    if (detail::holds(board, s - kingDeltas[i], By, King)) return found(s - kingDeltas[i]);
+  }
+  for (int d : rookDeltas) {
+    int t = detail::firstOccupied(board, s, -d);
+    if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
+      return found(t);
+  }
+  for (int d : bishopDeltas) {
+    int t = detail::firstOccupied(board, s, -d);
+    if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
+      return found(t);
+  }
+  return false;
+}
+
+// A side without a king is never in check; its missing square must not index the board.
+template <Color Us>
+inline bool isKingAttacked(const Board_0x88& board, CheckInfo& info) {
+  const Square88 k = board.kingSquare(Us);
+  return k != NoSquare && isAttacked<Us ^ 1>(board, k, info);
+}
+
+template <Color Us>
+inline bool findCheck(const Board_0x88& board, CheckInfo& info) {
+  info = CheckInfo{};
+  return isKingAttacked<Us>(board, info);
+}
+
+template <Color Us>
+inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass) {
+  constexpr Color Them = Us ^ 1;
+  const Square88 k = board.kingSquare(Us);
+  std::uint64_t pinned = 0;
+  if (k == NoSquare) return pinned;
+  for (int d : deltas) {
+    int p = detail::firstOccupied(board, k, d);
+    if (!onBoard(p) || board.colorOn[p] != Us) continue;
+    int t = detail::firstOccupied(board, p, d);
+    if (onBoard(t) && board.colorOn[t] == Them && detail::isSliderOf(board.pieceOn[t], sliderClass))
+      pinned |= squareBit(Square88(p));
+  }
+  return pinned;
+}
+
+template <Color Us>
+inline std::uint64_t straightPins(const Board_0x88& board) {
+  return pinsAlong<Us>(board, rookDeltas, StraightSlider);
+}
+
+template <Color Us>
+inline std::uint64_t diagonalPins(const Board_0x88& board) {
+  return pinsAlong<Us>(board, bishopDeltas, DiagonalSlider);
+}
+
+template <Color Us>
+inline PinInfo computePinInfo(const Board_0x88& board, const CheckInfo& check) {
+  return PinInfo{straightPins<Us>(board), diagonalPins<Us>(board), check};
+}
+
+// Checks that the move gives directly or by discovery, read before the move is made. Blind
+// to the rook's check after castling, to a discovery through the square of a pawn taken en
+// passant and to a promoted piece's check through the square the pawn left.
+template <Color Us>
+inline bool givesCheck(const Board_0x88& board, Move m, CheckInfo& info) {
+  const Square88 k = board.kingSquare(Us ^ 1);
+  if (k == NoSquare) return false;
+  const Square88 from = fromSquare(m);
+  const Square88 to = toSquare(m);
+  const int fromDir = rayDirection(k, from);
+  const int toDir = rayDirection(k, to);
+  const bool promotes = moveKind(m) == PromotionMove;
+  const PieceType piece = promotes ? promotionPiece(m) : board.pieceOn[from];
+  auto found = [&](Square88 checker) {
+    info.checkers = 1;
+    info.square = checker;
+    return true;
+  };
+
+  if (piece == Pawn && !promotes) {
+    if (k == to + pawnCaptureDeltas[Us][0] || k == to + pawnCaptureDeltas[Us][1]) return found(to);
+  } else if (piece == Knight) {
+    for (int d : knightDeltas)
+      if (to + d == k) return found(to);
+  } else if (toDir != 0) {
+    const int sliderClass = raySliderClass[toDir];
+    if (piece == Queen || (piece == Bishop && sliderClass == DiagonalSlider) ||
+        (piece == Rook && sliderClass == StraightSlider)) {
+      for (int d : sliderClass == DiagonalSlider ? bishopDeltas : rookDeltas)
+        if (detail::firstOccupied(board, to, d) == k) return found(to);
+    }
+  }
+
+  if (fromDir == 0 || toDir == fromDir) return false;
+  const int step = rayDeltas[fromDir];
+  if (detail::firstOccupied(board, k, step) != from) return false;
+  const int behind = detail::firstOccupied(board, from, step);
+  if (!onBoard(behind) || board.colorOn[behind] != Us) return false;
+  if (!detail::isSliderOf(board.pieceOn[behind], raySliderClass[fromDir])) return false;
+  return found(Square88(behind));
+}
+
+template <Color Us>
+inline bool isLegal(Board_0x88& board, Move m) {
+  UndoRecord undo;
+  CheckInfo info;
+  board.makeMoveTest<Us>(m, undo);
+  const bool attacked = isKingAttacked<Us>(board, info);
+  board.unmakeMoveTest<Us>(m, undo);
+  return !attacked;
+}
+
+template <Color Us>
+inline bool isLegalWithPins(Board_0x88& board, Move m, const PinInfo& pins) {
+  return !needsLegalityTest(board, m, pins) || isLegal<Us>(board, m);
+}
+
+// Whether a stored move can be played here at all; it does not look at the own king.
+template <Color Us>
+bool isPseudoLegal(const Board_0x88& board, Move m);
+
+}  // namespace torvy

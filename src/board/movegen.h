@@ -1,0 +1,156 @@
+// Legal move generation in a fixed order: slots ascending, steps in table order.
+// Every move passes the pin shortcut or a test make on its way into the list.
+#pragma once
+
+#include "board/attacks.h"
+
+namespace torvy {
+
+namespace detail {
+
+template <Color Us>
+inline void tryAdd(Board_0x88& board, const PinInfo& pins, MoveList& list, Move m) {
+  if (!needsLegalityTest(board, m, pins) || isLegal<Us>(board, m)) list.addMove(m);
+}
+
+template <Color Us>
+inline bool holdsEnemy(const Board_0x88& board, int s) {
+  return onBoard(s) && board.colorOn[s] == (Us ^ 1);
+}
+
+// Queen, knight, rook, bishop: the order the promotions are listed in.
+constexpr PieceType promotionOrder[4] = {Queen, Knight, Rook, Bishop};
+
+template <Color Us, bool CapturesOnly>
+inline void addPromotions(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from) {
+  auto addAll = [&](int to) {
+    if constexpr (CapturesOnly) {
+      tryAdd<Us>(board, pins, list, makePromotion(from, Square88(to), Queen));
+    } else {
+      for (PieceType p : promotionOrder) tryAdd<Us>(board, pins, list, makePromotion(from, Square88(to), p));
+    }
+  };
+  for (int d : pawnCaptureDeltas[Us])
+    if (holdsEnemy<Us>(board, from + d)) addAll(from + d);
+  if (board.pieceOn[from + pawnForward[Us]] == NoPiece) addAll(from + pawnForward[Us]);
+}
+
+template <Color Us, bool CapturesOnly>
+inline void addPawnMoves(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from) {
+  if (relativeRank(Us, from) == 6) return addPromotions<Us, CapturesOnly>(board, pins, list, from);
+  for (int d : pawnCaptureDeltas[Us])
+    if (holdsEnemy<Us>(board, from + d)) tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(from + d)));
+  if constexpr (!CapturesOnly) {
+    const int one = from + pawnForward[Us];
+    if (!onBoard(one) || board.pieceOn[one] != NoPiece) return;
+    tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(one)));
+    const int two = one + pawnForward[Us];
+    if (relativeRank(Us, from) == 1 && board.pieceOn[two] == NoPiece)
+      tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(two), true));
+  }
+}
+
+template <Color Us, bool CapturesOnly>
+inline void addSteps(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from, const int (&deltas)[8]) {
+  for (int d : deltas) {
+    const int to = from + d;
+    if (!onBoard(to) || board.colorOn[to] == Us) continue;
+    if (CapturesOnly && board.colorOn[to] == NoColor) continue;
+    tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(to)));
+  }
+}
+
+template <Color Us, bool CapturesOnly>
+inline void addSlides(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from, const int (&deltas)[4]) {
+  for (int d : deltas) {
+    int to = from + d;
+    for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
+      if constexpr (!CapturesOnly) tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(to)));
+    if (onBoard(to) && board.colorOn[to] == (Us ^ 1)) tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(to)));
+  }
+}
+
+template <Color Us, bool CapturesOnly>
+inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList& list) {
+  for (Square88 from : board.pieceList[Us]) {
+    if (!onBoard(from)) continue;
+    switch (board.pieceOn[from]) {
+      case Pawn: addPawnMoves<Us, CapturesOnly>(board, pins, list, from); break;
+      case Knight: addSteps<Us, CapturesOnly>(board, pins, list, from, knightDeltas); break;
+      case Bishop: addSlides<Us, CapturesOnly>(board, pins, list, from, bishopDeltas); break;
+      case Rook: addSlides<Us, CapturesOnly>(board, pins, list, from, rookDeltas); break;
+      case Queen:
+        addSlides<Us, CapturesOnly>(board, pins, list, from, rookDeltas);
+        addSlides<Us, CapturesOnly>(board, pins, list, from, bishopDeltas);
+        break;
+      case King: addSteps<Us, CapturesOnly>(board, pins, list, from, kingDeltas); break;
+      default: break;
+    }
+  }
+}
+
+}  // namespace detail
+
+template <Color Us>
+inline void generateEnPassant(Board_0x88& board, MoveList& list) {
+  const Square88 ep = board.epSquare;
+  if (ep == NoSquare) return;
+  for (int d : pawnCaptureDeltas[Us]) {
+    const int from = ep - d;
+    if (detail::holds(board, from, Us, Pawn)) {
+      const Move m = makeEnPassant(Square88(from), ep);
+      if (isLegal<Us>(board, m)) list.addMove(m);
+    }
+  }
+}
+
+template <Color Us>
+inline void generateAllMoves(Board_0x88& board, const PinInfo& pins, MoveList& list) {
+  detail::generatePieceMoves<Us, false>(board, pins, list);
+}
+
+template <Color Us>
+inline void generateCaptures(Board_0x88& board, const PinInfo& pins, MoveList& list) {
+  detail::generatePieceMoves<Us, true>(board, pins, list);
+}
+
+template <Color Us>
+inline void generateCastling(Board_0x88& board, const PinInfo& pins, MoveList& list) {
+  if (pins.check.checkers != 0) return;
+  struct Wing {
+    CastlingRights right;
+    Square88 empty[3];
+    Square88 crossed;
+    Move move;
+  };
+  constexpr Wing wings[2] = {
+      Us == White ? Wing{WhiteKingSide, {sq::f1, sq::g1, sq::g1}, sq::f1, WhiteCastleKingSide}
+                  : Wing{BlackKingSide, {sq::f8, sq::g8, sq::g8}, sq::f8, BlackCastleKingSide},
+      Us == White ? Wing{WhiteQueenSide, {sq::d1, sq::c1, sq::b1}, sq::d1, WhiteCastleQueenSide}
+                  : Wing{BlackQueenSide, {sq::d8, sq::c8, sq::b8}, sq::d8, BlackCastleQueenSide},
+  };
+  for (const Wing& wing : wings) {
+    if (!(board.castlingRights & wing.right)) continue;
+    if (board.pieceOn[wing.empty[0]] != NoPiece || board.pieceOn[wing.empty[1]] != NoPiece ||
+        board.pieceOn[wing.empty[2]] != NoPiece)
+      continue;
+    CheckInfo info;
+    if (isAttacked<Us ^ 1>(board, wing.crossed, info)) continue;
+    if (isLegal<Us>(board, wing.move)) list.addMove(wing.move);
+  }
+}
+
+// All legal moves of the side to move: en passant, then the pieces, then castling.
+template <Color Us>
+inline void generateLegalMovesFor(Board_0x88& board, MoveList& list) {
+  CheckInfo check;
+  findCheck<Us>(board, check);
+  const PinInfo pins = computePinInfo<Us>(board, check);
+  generateEnPassant<Us>(board, list);
+  generateAllMoves<Us>(board, pins, list);
+  generateCastling<Us>(board, pins, list);
+}
+
+void generateLegalMoves(Board_0x88& board, MoveList& list);
+
+}  // namespace torvy

@@ -1,0 +1,139 @@
+// The vocabulary of the engine: colours, pieces, squares, packed moves and lists.
+#pragma once
+
+#include <cstdint>
+
+namespace torvy {
+
+using Color = std::uint8_t;
+constexpr Color White = 0;
+constexpr Color Black = 1;
+constexpr Color NoColor = 2;
+
+constexpr Color opposite(Color c) { return c ^ 1; }
+
+using PieceType = std::uint8_t;
+constexpr PieceType NoPiece = 0;
+constexpr PieceType Pawn = 1;
+constexpr PieceType Knight = 2;
+constexpr PieceType Bishop = 3;
+constexpr PieceType Rook = 4;
+constexpr PieceType Queen = 5;
+constexpr PieceType King = 6;
+
+// The only piece alphabet: index by PieceType, upper case for White where shown.
+constexpr const char* PieceLetters = ".pnbrqk";
+
+using Square88 = std::uint8_t;
+using Square64 = std::uint8_t;
+constexpr Square88 NoSquare = 255;
+
+constexpr bool onBoard(int square) { return (square & 0x88) == 0; }
+constexpr int fileOf(Square88 s) { return s & 15; }
+constexpr int rankOf(Square88 s) { return s >> 4; }
+// The rank counted from the side of us: 0 is its home rank.
+constexpr int relativeRank(Color us, Square88 s) { return us == White ? rankOf(s) : 7 - rankOf(s); }
+constexpr Square88 makeSquare(int file, int rank) { return Square88(rank * 16 + file); }
+constexpr Square64 toSquare64(Square88 s) { return Square64((s & 15) | ((s >> 1) & 0x78)); }
+constexpr Square88 toSquare88(Square64 s) { return Square88((s & 7) | ((s & 0x38) << 1)); }
+
+namespace sq {
+constexpr Square88 a1 = 0x00, b1 = 0x01, c1 = 0x02, d1 = 0x03, e1 = 0x04, f1 = 0x05, g1 = 0x06, h1 = 0x07;
+constexpr Square88 a8 = 0x70, b8 = 0x71, c8 = 0x72, d8 = 0x73, e8 = 0x74, f8 = 0x75, g8 = 0x76, h8 = 0x77;
+}  // namespace sq
+
+using CastlingRights = std::uint8_t;
+constexpr CastlingRights WhiteKingSide = 1;
+constexpr CastlingRights WhiteQueenSide = 2;
+constexpr CastlingRights BlackKingSide = 4;
+constexpr CastlingRights BlackQueenSide = 8;
+
+// Move: from (6 bits), to (6 bits), kind (2 bits), detail (2 bits); 0 is no move.
+using Move = std::uint16_t;
+constexpr Move NoMove = 0;
+
+using MoveKind = std::uint8_t;
+constexpr MoveKind NormalMove = 0;
+constexpr MoveKind PromotionMove = 1;
+constexpr MoveKind CastlingMove = 2;
+constexpr MoveKind EnPassantMove = 3;
+
+constexpr Move encodeMove(Square88 from, Square88 to, MoveKind kind, unsigned detail) {
+  return Move(toSquare64(from) | (toSquare64(to) << 6) | (kind << 12) | (detail << 14));
+}
+constexpr Move makeNormalMove(Square88 from, Square88 to, bool doubleStep = false) {
+  return encodeMove(from, to, NormalMove, doubleStep ? 1 : 0);
+}
+constexpr Move makePromotion(Square88 from, Square88 to, PieceType promoted) {
+  return encodeMove(from, to, PromotionMove, promoted - 2u);
+}
+constexpr Move makeEnPassant(Square88 from, Square88 to) { return encodeMove(from, to, EnPassantMove, 0); }
+constexpr Move makeCastling(Square88 from, Square88 to, unsigned code) {
+  return encodeMove(from, to, CastlingMove, code);
+}
+
+constexpr Square88 fromSquare(Move m) { return Square88((m & 7) | ((m << 1) & 0x70)); }
+constexpr Square88 toSquare(Move m) { return Square88(((m >> 6) & 7) | ((m >> 5) & 0x70)); }
+constexpr MoveKind moveKind(Move m) { return MoveKind((m >> 12) & 3); }
+constexpr unsigned moveDetail(Move m) { return m >> 14; }
+constexpr PieceType promotionPiece(Move m) { return PieceType(moveDetail(m) + 2); }
+constexpr bool isNoMove(Move m) { return m == NoMove; }
+constexpr void clearMove(Move& m) { m = NoMove; }
+
+// Same squares, and the same promoted piece if either is a promotion.
+constexpr bool sameMove(Move a, Move b) {
+  if ((a & 0xFFF) != (b & 0xFFF)) return false;
+  bool aPromotes = moveKind(a) == PromotionMove;
+  bool bPromotes = moveKind(b) == PromotionMove;
+  return aPromotes == bPromotes && (!aPromotes || moveDetail(a) == moveDetail(b));
+}
+
+// The four castling moves, written as the king's move, by castling code.
+constexpr Move WhiteCastleKingSide = 0x2184;
+constexpr Move WhiteCastleQueenSide = 0x6084;
+constexpr Move BlackCastleKingSide = 0xAFBC;
+constexpr Move BlackCastleQueenSide = 0xEEBC;
+
+// A move in the low 16 bits and a signed order score in the high 16 bits.
+struct MoveEntry {
+  std::uint32_t word = 0;
+
+  constexpr Move move() const { return Move(word & 0xFFFF); }
+  constexpr std::int16_t score() const { return std::int16_t(word >> 16); }
+  constexpr void setScore(int score) { word = (word & 0xFFFF) | (std::uint32_t(std::uint16_t(score)) << 16); }
+};
+
+struct MoveList {
+  static constexpr std::uint32_t Capacity = 255;
+
+  MoveEntry entries[Capacity];
+  std::uint32_t count = 0;
+
+  // Entries past the count are never read, so clearing the count clears the list.
+  void clear() { count = 0; }
+  // A full list drops further moves: no reachable position comes near 255.
+  void addMove(Move m) {
+    if (count < Capacity) entries[count++].word = m;
+  }
+  Move operator[](std::uint32_t i) const { return entries[i].move(); }
+};
+
+// Middle game and end game halves, added half by half with 16-bit wrap-around.
+struct ScorePair {
+  std::int16_t mg = 0;
+  std::int16_t eg = 0;
+
+  constexpr ScorePair& operator+=(ScorePair o) {
+    mg = std::int16_t(mg + o.mg);
+    eg = std::int16_t(eg + o.eg);
+    return *this;
+  }
+  constexpr ScorePair& operator-=(ScorePair o) {
+    mg = std::int16_t(mg - o.mg);
+    eg = std::int16_t(eg - o.eg);
+    return *this;
+  }
+  friend constexpr bool operator==(ScorePair, ScorePair) = default;
+};
+
+}  // namespace torvy

@@ -1,0 +1,65 @@
+// A table of fixed-size entries, a power of two of them, addressed by the low bits of a key.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <memory>
+#include <ostream>
+
+#include "board/keys.h"
+
+namespace torvy {
+
+// Entry must be value-initialisable to "empty" and answer isEmpty() and clear(). ClusterSize entries
+// that follow each other share one index; 1 means no clusters.
+template <class Entry, std::uint32_t ClusterSize>
+class HashTable {
+ public:
+  static constexpr std::uint32_t MaxSizeMB = 4096;
+  static constexpr std::uint32_t FillSample = 65536;
+
+  bool exists() const { return entries_ != nullptr; }
+
+  // Replaces the table with an empty one of the largest power-of-two size that fits.
+  void resize(std::uint32_t sizeMB, const char* name, std::ostream& out) {
+    const std::uint64_t bytes = std::uint64_t(std::min(sizeMB, MaxSizeMB)) * 1048576;
+    std::uint64_t count = ClusterSize;
+    while (count * 2 * sizeof(Entry) <= bytes) count *= 2;
+    out << "# new size of " << name << ": " << count * sizeof(Entry) / 1048576 << " MB" << std::endl;
+    entries_.reset();
+    entries_ = std::make_unique<Entry[]>(count);
+    entryCount = std::uint32_t(count);
+    indexMask = entryCount / ClusterSize - 1;
+  }
+
+  void release() {
+    entries_.reset();
+    entryCount = 0;
+    indexMask = 0;
+  }
+
+  void clear() {
+    for (std::uint32_t i = 0; i < entryCount; ++i) entries_[i].clear();
+  }
+
+  Entry* cluster(Key key) { return &entries_[(std::uint32_t(key) & indexMask) * ClusterSize]; }
+  const Entry* cluster(Key key) const { return &entries_[(std::uint32_t(key) & indexMask) * ClusterSize]; }
+  Entry& at(std::uint32_t index) { return entries_[index]; }
+
+  // The share of used entries among the first 65536, always divided by 65536.
+  double fillPercent() const {
+    const std::uint32_t sample = std::min(entryCount, FillSample);
+    std::uint32_t used = 0;
+    for (std::uint32_t i = 0; i < sample; ++i)
+      if (!entries_[i].isEmpty()) ++used;
+    return used * 100.0 / FillSample;
+  }
+
+  std::uint32_t indexMask = 0;
+  std::uint32_t entryCount = 0;
+
+ private:
+  std::unique_ptr<Entry[]> entries_;
+};
+
+}  // namespace torvy
