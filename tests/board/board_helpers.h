@@ -1,0 +1,57 @@
+// Set-up and comparison helpers shared by the board tests.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "board/fen.h"
+#include "board/move_text.h"
+#include "board/movegen.h"
+
+namespace torvy::testing {
+
+inline std::unique_ptr<Board_0x88> boardFrom(const char* fen) {
+  auto board = std::make_unique<Board_0x88>();
+  EXPECT_TRUE(setFromFen(*board, fen)) << fen;
+  return board;
+}
+
+inline std::vector<std::string> legalMoveTexts(Board_0x88& board) {
+  MoveList list;
+  generateLegalMoves(board, list);
+  std::vector<std::string> texts;
+  for (std::uint32_t i = 0; i < list.count; ++i) texts.push_back(moveToText(list[i]));
+  return texts;
+}
+
+inline Move legalMove(Board_0x88& board, const char* text) {
+  Move m = NoMove;
+  EXPECT_TRUE(parseCoordinateMove(board, text, m)) << text;
+  return m;
+}
+
+template <class F>
+void forSide(Color side, F&& f) {
+  if (side == White)
+    f(std::integral_constant<Color, White>{});
+  else
+    f(std::integral_constant<Color, Black>{});
+}
+
+inline void play(Board_0x88& board, const char* text, UndoRecord& undo) {
+  const Move m = legalMove(board, text);
+  forSide(board.sideToMove, [&](auto us) { board.makeMove<us()>(m, undo); });
+}
+
+inline void play(Board_0x88& board, std::initializer_list<const char*> texts) {
+  for (const char* text : texts) {
+    UndoRecord undo;
+    play(board, text, undo);
+  }
+}
+
+}  // namespace torvy::testing

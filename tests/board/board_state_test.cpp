@@ -1,0 +1,207 @@
+#include <cstdlib>
+#include <random>
+
+#include "board/draw_rules.h"
+#include "board_helpers.h"
+
+namespace torvy {
+namespace {
+
+using testing::boardFrom;
+using testing::forSide;
+
+// Everything a make/unmake pair must give back, compared field by field.
+void expectSamePosition(const Board_0x88& a, const Board_0x88& b) {
+  for (int s = 0; s < 120; ++s) {
+    ASSERT_EQ(a.pieceOn[s], b.pieceOn[s]) << s;
+    ASSERT_EQ(a.colorOn[s], b.colorOn[s]) << s;
+    ASSERT_EQ(a.slotOn[s], b.slotOn[s]) << s;
+  }
+  ASSERT_EQ(0, std::memcmp(a.pieceList, b.pieceList, sizeof a.pieceList));
+  ASSERT_EQ(0, std::memcmp(a.pieceCount, b.pieceCount, sizeof a.pieceCount));
+  ASSERT_EQ(a.psq[White], b.psq[White]);
+  ASSERT_EQ(a.psq[Black], b.psq[Black]);
+  ASSERT_EQ(a.castlingRights, b.castlingRights);
+  ASSERT_EQ(a.epSquare, b.epSquare);
+  ASSERT_EQ(a.halfmoveClock, b.halfmoveClock);
+  ASSERT_EQ(a.sideToMove, b.sideToMove);
+  ASSERT_EQ(a.historyIndex, b.historyIndex);
+  ASSERT_EQ(a.key(), b.key());
+  ASSERT_EQ(a.pawnKey(), b.pawnKey());
+  ASSERT_EQ(a.lightIndex, b.lightIndex);
+  ASSERT_EQ(a.lightKeys[a.lightIndex], b.lightKeys[b.lightIndex]);
+}
+
+void expectInvariants(const Board_0x88& board) {
+  std::uint8_t counts[2][8] = {};
+  for (int s = 0; s < 120; ++s) {
+    if (!onBoard(s) || board.pieceOn[s] == NoPiece) continue;
+    const Color c = board.colorOn[s];
+    ASSERT_EQ(board.pieceList[c][board.slotOn[s]], s);
+    ++counts[c][board.pieceOn[s]];
+    ++counts[c][TotalCountIndex];
+  }
+  for (Color c : {White, Black}) {
+    for (Square88 s : board.pieceList[c])
+      if (s != NoSquare) {
+        ASSERT_EQ(board.colorOn[s], c);
+      }
+    for (int t = Pawn; t <= TotalCountIndex; ++t) ASSERT_EQ(board.pieceCount[c][t], counts[c][t]) << int(t);
+    ScorePair sum;
+    for (Square88 s : board.pieceList[c])
+      if (s != NoSquare) sum += pieceSquareOf(c, board.pieceOn[s], s);
+    ASSERT_EQ(board.psq[c], sum);
+  }
+  ASSERT_EQ(board.key(), board.computeKey());
+  ASSERT_EQ(board.pawnKey(), board.computePawnKey());
+}
+
+// Gives the piece-square table random values for the life of a test, so that the
+// incremental sums are checked against something other than zeros.
+class RandomPieceSquare {
+ public:
+  RandomPieceSquare() {
+    std::memcpy(saved_, pieceSquare, sizeof saved_);
+    std::mt19937 random(7);
+    for (auto& colour : pieceSquare)
+      for (auto& piece : colour)
+        for (ScorePair& p : piece) p = ScorePair{std::int16_t(random() % 200 - 100), std::int16_t(random() % 200 - 100)};
+  }
+  ~RandomPieceSquare() { std::memcpy(pieceSquare, saved_, sizeof saved_); }
+
+ private:
+  ScorePair saved_[2][6][64];
+};
+
+const char* const variedPositions[] = {
+    StartFen,
+    "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+    "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+    "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1",
+    "rnbqkb1r/ppppp1pp/7n/4Pp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3",
+};
+
+TEST(BoardState, EveryMakeUnmakePairRestoresEveryFieldAndKeysFollowTheMoves) {
+  RandomPieceSquare tables;
+  std::mt19937 random(42);
+  for (const char* fen : variedPositions) {
+    auto board = boardFrom(fen);
+    for (int ply = 0; ply < 200; ++ply) {
+      expectInvariants(*board);
+      MoveList list;
+      generateLegalMoves(*board, list);
+      if (list.count == 0) break;
+      board->lightKeys[board->lightIndex] = board->key();  // the light pair keys its own stack
+      auto before = std::make_unique<Board_0x88>();
+      *before = *board;
+      for (std::uint32_t i = 0; i < list.count; ++i) {
+        forSide(board->sideToMove, [&](auto us) {
+          UndoRecord undo;
+          board->makeMove<us()>(list[i], undo);
+          expectInvariants(*board);
+          board->unmakeMove<us()>(list[i], undo);
+          expectSamePosition(*board, *before);
+          board->makeMoveLight<us()>(list[i], undo);
+          EXPECT_EQ(board->lightKeys[board->lightIndex], board->computeKey());
+          board->unmakeMoveLight<us()>(list[i], undo);
+          expectSamePosition(*board, *before);
+          board->makeMoveTest<us()>(list[i], undo);
+          board->unmakeMoveTest<us()>(list[i], undo);
+          expectSamePosition(*board, *before);
+        });
+      }
+      UndoRecord undo;
+      const Move chosen = list[random() % list.count];
+      forSide(board->sideToMove, [&](auto us) { board->makeMove<us()>(chosen, undo); });
+      if (board->historyIndex > 1000) break;
+    }
+  }
+}
+
+TEST(BoardState, NullMoveResetsTheClockAndUnmakeRestoresIt) {
+  auto board = boardFrom("4k3/8/8/3pP3/8/8/8/4K3 w - d6 7 30");
+  auto before = std::make_unique<Board_0x88>();
+  *before = *board;
+  UndoRecord undo;
+  board->makeNullMove(undo);
+  EXPECT_EQ(board->halfmoveClock, 0);
+  EXPECT_EQ(board->sideToMove, Black);
+  EXPECT_EQ(board->epSquare, NoSquare);
+  EXPECT_EQ(board->key(), board->computeKey());
+  board->unmakeNullMove(undo);
+  expectSamePosition(*board, *before);
+}
+
+TEST(BoardState, CapturedPieceReturnsToItsSlotAndPromotedPawnKeepsItsSlot) {
+  auto board = boardFrom("r3k3/1P6/8/8/8/8/8/4K3 w - - 0 1");
+  const Square88 pawn = 0x61;  // b7
+  const std::uint8_t slot = board->slotOn[pawn];
+  const std::uint8_t rookSlot = board->slotOn[sq::a8];
+  UndoRecord undo;
+  const Move capture = testing::legalMove(*board, "b7a8q");
+  board->makeMove<White>(capture, undo);
+  EXPECT_EQ(board->slotOn[sq::a8], slot);
+  EXPECT_EQ(board->pieceOn[sq::a8], Queen);
+  EXPECT_EQ(board->pieceCount[White][Queen], 1);
+  EXPECT_EQ(board->castlingRights, 0);
+  board->unmakeMove<White>(capture, undo);
+  EXPECT_EQ(board->slotOn[sq::a8], rookSlot);
+  EXPECT_EQ(board->pieceOn[pawn], Pawn);
+}
+
+TEST(BoardState, PromotingCaptureOnA8ClearsOnlyBlackQueenSide) {
+  auto board = boardFrom("r3k2r/1P6/8/8/8/8/8/R3K2R w KQkq - 0 1");
+  const Key before = board->key();
+  UndoRecord undo;
+  testing::play(*board, "b7a8n", undo);
+  EXPECT_EQ(board->castlingRights, WhiteKingSide | WhiteQueenSide | BlackKingSide);
+  EXPECT_EQ(board->key(), board->computeKey());
+  EXPECT_NE(board->key(), before);
+}
+
+TEST(BoardState, RookCapturedAtHomeTogglesExactlyThatRightsKey) {
+  auto withRight = boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1");
+  UndoRecord undo;
+  testing::play(*withRight, "a1a8", undo);
+  auto withoutRight = boardFrom("R3k2r/8/8/8/8/8/8/4K2R b Kk - 0 1");
+  EXPECT_EQ(withRight->key(), withoutRight->key());
+}
+
+TEST(BoardState, ClockRules) {
+  auto board = boardFrom("r3k2r/8/8/8/3p4/8/4P3/R3K2R w KQkq - 5 20");
+  UndoRecord undo;
+  testing::play(*board, "e1g1", undo);
+  EXPECT_EQ(board->halfmoveClock, 6) << "castling counts as a quiet move";
+  testing::play(*board, {"a8b8", "e2e4"});
+  EXPECT_EQ(board->epSquare, 0x24) << "e3 with a Black pawn beside e4";
+  testing::play(*board, {"b8c8", "g1g2"});
+  EXPECT_EQ(board->halfmoveClock, 2);
+  auto ep = boardFrom("4k3/8/8/8/3pP3/8/8/4K3 b - e3 9 40");
+  testing::play(*ep, "d4e3", undo);
+  EXPECT_EQ(ep->halfmoveClock, 0);
+  EXPECT_EQ(ep->pieceCount[White][Pawn], 0);
+}
+
+TEST(BoardState, DoubleStepWithoutAnAdjacentEnemyPawnSetsNoEnPassantSquare) {
+  auto board = boardFrom(StartFen);
+  testing::play(*board, {"e2e4"});
+  EXPECT_EQ(board->epSquare, NoSquare);
+  auto same = boardFrom("rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1");
+  EXPECT_EQ(board->key(), same->key());
+}
+
+TEST(BoardState, SlotsFollowTheFixedAssignment) {
+  auto board = boardFrom(StartFen);
+  // King, queen, rooks, bishops, knights, then the pawns a to h.
+  const Square88 expected[16] = {0x04, 0x03, 0x00, 0x07, 0x02, 0x05, 0x01, 0x06,
+                                 0x10, 0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17};
+  for (int slot = 0; slot < 16; ++slot) EXPECT_EQ(board->pieceList[White][slot], expected[slot]) << slot;
+  auto queens = boardFrom("4k3/8/8/8/8/8/8/QQQ1K3 w - - 0 1");
+  EXPECT_EQ(queens->pieceList[White][1], sq::a1);
+  EXPECT_EQ(queens->pieceList[White][8], sq::b1) << "an extra queen takes the first shared slot";
+  EXPECT_EQ(queens->pieceList[White][9], sq::c1);
+}
+
+}  // namespace
+}  // namespace torvy

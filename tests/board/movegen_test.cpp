@@ -1,0 +1,158 @@
+#include <algorithm>
+
+#include "board_helpers.h"
+
+namespace torvy {
+namespace {
+
+using testing::boardFrom;
+using testing::legalMoveTexts;
+using Texts = std::vector<std::string>;
+
+TEST(MoveGeneration, StartPositionOrderFollowsSlotsAndSteps) {
+  auto board = boardFrom(StartFen);
+  EXPECT_EQ(legalMoveTexts(*board), (Texts{"b1a3", "b1c3", "g1f3", "g1h3", "a2a3", "a2a4", "b2b3", "b2b4", "c2c3",
+                                           "c2c4", "d2d3", "d2d4", "e2e3", "e2e4", "f2f3", "f2f4", "g2g3", "g2g4",
+                                           "h2h3", "h2h4"}));
+}
+
+TEST(MoveGeneration, PromotionsListCapturesFirstInQueenKnightRookBishopOrder) {
+  auto board = boardFrom("3n1n2/4P3/8/8/8/8/8/K6k w - - 0 1");
+  Texts all = legalMoveTexts(*board);
+  Texts pawnMoves(all.begin() + 3, all.end());  // the king's three come first, from slot 0
+  EXPECT_EQ(pawnMoves, (Texts{"e7d8q", "e7d8n", "e7d8r", "e7d8b", "e7f8q", "e7f8n", "e7f8r", "e7f8b", "e7e8q",
+                              "e7e8n", "e7e8r", "e7e8b"}));
+  MoveList captures;
+  CheckInfo check;
+  generateCaptures<White>(*board, computePinInfo<White>(*board, check), captures);
+  Texts captureTexts;
+  for (std::uint32_t i = 0; i < captures.count; ++i) captureTexts.push_back(moveToText(captures[i]));
+  EXPECT_EQ(captureTexts, (Texts{"e7d8q", "e7f8q", "e7e8q"}));
+  auto blocked = boardFrom("4n3/4P3/8/8/8/8/8/K6k w - - 0 1");
+  EXPECT_EQ(legalMoveTexts(*blocked), (Texts{"a1a2", "a1b1", "a1b2"}));
+}
+
+TEST(MoveGeneration, EnPassantFirstAndCastlingLast) {
+  auto board = boardFrom("4k3/8/8/3Pp3/8/8/8/R3K2R w KQ e6 0 2");
+  Texts moves = legalMoveTexts(*board);
+  ASSERT_GE(moves.size(), 3u);
+  EXPECT_EQ(moves.front(), "d5e6");
+  EXPECT_EQ(moves[moves.size() - 2], "e1g1");
+  EXPECT_EQ(moves.back(), "e1c1");
+}
+
+TEST(MoveGeneration, CheckEvasionsAndPins) {
+  auto doubleCheck = boardFrom("4k3/8/8/8/8/5n2/3r4/R3K3 w - - 0 1");
+  for (const std::string& m : legalMoveTexts(*doubleCheck)) EXPECT_EQ(m.substr(0, 2), "e1") << m;
+  auto pinnedRook = boardFrom("4k3/8/8/8/8/8/8/r2RK3 w - - 0 1");
+  Texts rook;
+  for (const std::string& m : legalMoveTexts(*pinnedRook))
+    if (m.substr(0, 2) == "d1") rook.push_back(m);
+  EXPECT_EQ(rook, (Texts{"d1c1", "d1b1", "d1a1"}));
+  auto pinnedKnight = boardFrom("4k3/8/8/8/8/8/8/r2NK3 w - - 0 1");
+  for (const std::string& m : legalMoveTexts(*pinnedKnight)) EXPECT_NE(m.substr(0, 2), "d1") << m;
+  auto alongTheCheck = boardFrom("4k3/8/8/8/8/8/8/r3K3 w - - 0 1");
+  for (const std::string& m : legalMoveTexts(*alongTheCheck)) EXPECT_TRUE(m == "e1e2" || m == "e1d2" || m == "e1f2") << m;
+  auto defended = boardFrom("3rk3/8/8/8/8/8/3r4/4K3 w - - 0 1");
+  for (const std::string& m : legalMoveTexts(*defended)) EXPECT_NE(m, "e1d2") << "the rook on d2 is defended";
+}
+
+TEST(MoveGeneration, CastlingRules) {
+  auto throughCheck = boardFrom("4k3/8/8/8/8/8/5r2/R3K2R w KQ - 0 1");
+  Texts moves = legalMoveTexts(*throughCheck);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1"), 0);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1c1"), 1);
+  auto intoCheck = boardFrom("4k3/8/8/8/8/8/6r1/R3K2R w KQ - 0 1");
+  moves = legalMoveTexts(*intoCheck);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1"), 0);
+  auto outOfCheck = boardFrom("4k3/8/8/8/8/8/4r3/R3K2R w KQ - 0 1");
+  moves = legalMoveTexts(*outOfCheck);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1") + std::count(moves.begin(), moves.end(), "e1c1"), 0);
+  auto onlyB1Attacked = boardFrom("4k3/8/8/8/8/8/1r6/R3K3 w Q - 0 1");
+  moves = legalMoveTexts(*onlyB1Attacked);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1c1"), 1);
+}
+
+TEST(MoveGeneration, EnPassantThatBaresTheKingAlongTheRankIsRefused) {
+  auto board = boardFrom("8/8/8/K2pP2r/8/8/8/7k w - d6 0 1");
+  Texts moves = legalMoveTexts(*board);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e5d6"), 0);
+  EXPECT_FALSE(isLegal<White>(*board, makeEnPassant(0x44, 0x53)));
+}
+
+TEST(MoveGeneration, PromotedQueenInAPawnSlotMovesLikeAQueen) {
+  auto board = boardFrom("7k/P7/8/8/8/8/8/1Q2K3 w - - 0 1");
+  testing::play(*board, {"a7a8q", "h8g7"});
+  EXPECT_EQ(board->slotOn[sq::a8], 8);
+  Texts moves = legalMoveTexts(*board);
+  EXPECT_EQ(std::count(moves.begin(), moves.end(), "a8h1"), 1);
+}
+
+TEST(MoveGeneration, FullListDropsTheRest) {
+  MoveList list;
+  for (int i = 0; i < 300; ++i) list.addMove(Move(i + 1));
+  EXPECT_EQ(list.count, 255u);
+}
+
+TEST(Attacks, AttackerOrderAndBlocking) {
+  auto board = boardFrom("4k3/8/8/8/3q4/8/3R4/3K4 w - - 0 1");
+  CheckInfo info;
+  EXPECT_TRUE(isAttacked<Black>(*board, 0x23, info));
+  EXPECT_EQ(info.square, 0x33);
+  auto kings = boardFrom("8/8/8/8/8/3k4/8/3K4 w - - 0 1");
+  info = {};
+  EXPECT_TRUE(isAttacked<Black>(*kings, 0x13, info)) << "a king next to the square attacks it";
+  auto pawnPush = boardFrom("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+  info = {};
+  EXPECT_FALSE(isAttacked<White>(*pawnPush, 0x24, info));
+  auto queenInFront = boardFrom("4k3/8/8/8/8/8/3Q4/3RK3 w - - 0 1");
+  info = {};
+  EXPECT_TRUE(isAttacked<White>(*queenInFront, 0x33, info));
+  EXPECT_EQ(info.square, 0x13);
+}
+
+TEST(Attacks, PinSets) {
+  auto rankPin = boardFrom("4k3/8/8/8/8/8/8/r2RK3 w - - 0 1");
+  EXPECT_EQ(straightPins<White>(*rankPin), squareBit(sq::d1));
+  auto twoBetween = boardFrom("4k3/8/8/8/8/8/8/r1NRK3 w - - 0 1");
+  EXPECT_EQ(straightPins<White>(*twoBetween), 0u);
+  auto enemyBetween = boardFrom("4k3/8/8/8/8/8/8/rn1RK3 w - - 0 1");
+  EXPECT_EQ(straightPins<White>(*enemyBetween), 0u);
+  auto diagonal = boardFrom("4k3/8/8/8/b7/8/2N5/3K4 w - - 0 1");
+  EXPECT_EQ(diagonalPins<White>(*diagonal), squareBit(0x12));
+  auto open = boardFrom("rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR w KQkq - 0 2");
+  EXPECT_EQ(straightPins<White>(*open) | diagonalPins<White>(*open), 0u);
+}
+
+TEST(Attacks, GivesCheckDirectAndDiscovered) {
+  auto knight = boardFrom("4k3/8/8/8/8/8/8/4K1N1 w - - 0 1");
+  CheckInfo info;
+  EXPECT_TRUE(givesCheck<White>(*knight, makeNormalMove(sq::g1, 0x55), info));
+  EXPECT_EQ(info.square, 0x55);
+  auto discovered = boardFrom("4k3/8/8/8/8/8/4N3/4RK2 w - - 0 1");
+  info = {};
+  EXPECT_TRUE(givesCheck<White>(*discovered, makeNormalMove(0x14, 0x33), info));
+  EXPECT_EQ(info.square, sq::e1);
+  auto alongTheLine = boardFrom("4k3/8/8/8/8/8/4P3/4RK2 w - - 0 1");
+  info = {};
+  EXPECT_FALSE(givesCheck<White>(*alongTheLine, makeNormalMove(0x14, 0x34, true), info));
+  auto promotion = boardFrom("8/1P6/2k5/8/8/8/8/4K3 w - - 0 1");
+  info = {};
+  EXPECT_TRUE(givesCheck<White>(*promotion, makePromotion(0x61, 0x71, Knight), info));
+  auto pawn = boardFrom("8/8/3k4/8/4P3/8/8/4K3 w - - 0 1");
+  info = {};
+  EXPECT_TRUE(givesCheck<White>(*pawn, makeNormalMove(0x34, 0x44), info));
+}
+
+TEST(Attacks, PseudoLegalityOfStoredMoves) {
+  auto board = boardFrom("4k3/8/8/8/8/8/8/R3K2R w K - 0 1");
+  EXPECT_TRUE(isPseudoLegal<White>(*board, makeNormalMove(sq::a1, sq::h8)));
+  EXPECT_TRUE(isPseudoLegal<White>(*board, WhiteCastleKingSide));
+  EXPECT_FALSE(isPseudoLegal<White>(*board, WhiteCastleQueenSide)) << "the right is gone";
+  EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(sq::e8, sq::e1)));
+  EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(sq::a1, sq::h1)));
+  EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(0x14, 0x34, true)));
+}
+
+}  // namespace
+}  // namespace torvy
