@@ -144,6 +144,22 @@ TEST(Attacks, GivesCheckDirectAndDiscovered) {
   EXPECT_TRUE(givesCheck<White>(*pawn, makeNormalMove(0x34, 0x44), info));
 }
 
+TEST(Attacks, GivesCheckSeesWhatTheWalksCannot) {
+  CheckInfo info;
+  auto castling = boardFrom("5k2/8/8/8/8/8/8/4K2R w K - 0 1");
+  EXPECT_TRUE(givesCheck<White>(*castling, WhiteCastleKingSide, info));
+  EXPECT_EQ(info.square, sq::f1);
+  info = {};
+  auto enPassant = boardFrom("8/8/8/R2pP2k/8/8/8/4K3 w - d6 0 1");
+  EXPECT_TRUE(givesCheck<White>(*enPassant, makeEnPassant(0x44, 0x53), info));
+  EXPECT_EQ(info.square, 0x40);
+  info = {};
+  auto promotion = boardFrom("r7/1P6/8/8/4k3/8/8/4K3 w - - 0 1");
+  EXPECT_TRUE(givesCheck<White>(*promotion, makePromotion(0x61, sq::a8, Queen), info));
+  EXPECT_EQ(info.square, sq::a8);
+  EXPECT_EQ(promotion->pieceOn[0x61], Pawn) << "the board is left as it was";
+}
+
 TEST(Attacks, PseudoLegalityOfStoredMoves) {
   auto board = boardFrom("4k3/8/8/8/8/8/8/R3K2R w K - 0 1");
   EXPECT_TRUE(isPseudoLegal<White>(*board, makeNormalMove(sq::a1, sq::h8)));

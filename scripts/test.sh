@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs what is missing, then builds and runs every test twice: in the release build and
+# under AddressSanitizer with UndefinedBehaviorSanitizer.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/install-deps.sh --tests
+[ -x scripts/fetch-book-fixture.sh ] && scripts/fetch-book-fixture.sh fixtures
+
+jobs=$(nproc)
+run_suite() {
+  local dir=$1; shift
+  cmake -S . -B "$dir" -G Ninja "$@" > /dev/null
+  cmake --build "$dir" -j "$jobs"
+  ctest --test-dir "$dir" --output-on-failure -j "$jobs"
+}
+
+echo "== release build"
+run_suite build -DCMAKE_BUILD_TYPE=Release
+echo "== AddressSanitizer + UndefinedBehaviorSanitizer build"
+UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
+  run_suite build-asan -DCMAKE_BUILD_TYPE=RelWithDebInfo -DTORVY_SANITIZE=address,undefined -DTORVY_BENCH=OFF
