@@ -38,4 +38,15 @@ void SearchClock::resetForNewGame() {
   increment = 0;
 }
 
+std::uint32_t SearchClock::sessionsUpTo(std::uint32_t fullMove) const {
+  return movesPerSession == 0 ? 1 : (fullMove + movesPerSession - 1) / movesPerSession;
+}
+
+void SearchClock::setRemainingTime(std::int32_t remaining, std::uint32_t gamePly) {
+  const std::uint32_t fullMove = fullMoveNumber(gamePly);
+  const std::int64_t allotted =
+      std::int64_t(sessionsUpTo(fullMove)) * timePerSession + std::int64_t(fullMove) * increment;
+  accumulated = std::int32_t(allotted - remaining);
+}
+
 }  // namespace torvy

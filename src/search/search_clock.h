@@ -6,6 +6,8 @@
 
 namespace torvy {
 
+constexpr std::uint32_t fullMoveNumber(std::uint32_t gamePly) { return gamePly / 2 + 1; }
+
 struct SearchClock {
   bool running = false;
   std::int32_t accumulated = 0;  // used so far in the game; "time" replaces it
@@ -26,6 +28,11 @@ struct SearchClock {
   void stopClock();
   // Back to the values of a new game; maxDepth stays.
   void resetForNewGame();
+
+  // The sessions of the time control begun by this full move; 1 when one session is the game.
+  std::uint32_t sessionsUpTo(std::uint32_t fullMove) const;
+  // The front end's count of our remaining time replaces the clock's own count of used time.
+  void setRemainingTime(std::int32_t remaining, std::uint32_t gamePly);
 };
 
 }  // namespace torvy

@@ -1,0 +1,27 @@
+// The commands the engine knows, with their argument counts and whether they stop a search first.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace torvy {
+
+class WBEngine;
+
+using Arguments = std::vector<std::string>;
+using CommandHandler = bool (WBEngine::*)(const Arguments&);
+
+struct CommandRow {
+  std::string_view name;
+  CommandHandler handler;
+  std::uint32_t minArgs;
+  std::uint32_t maxArgs;
+  bool stopsSearch;
+};
+
+// The first row with exactly this name, case counting, or nullptr: unknown commands are ignored.
+const CommandRow* findCommand(std::string_view name);
+
+}  // namespace torvy

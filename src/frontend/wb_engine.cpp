@@ -1,0 +1,127 @@
+#include "frontend/wb_engine.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <thread>
+
+#include "board/fen.h"
+#include "board/move_text.h"
+#include "frontend/line_reader.h"
+
+namespace torvy {
+
+WBEngine::WBEngine(std::ostream& output, std::FILE* input) : player(clock, output), out(output), in(input) {
+  player.engine = this;
+}
+
+int WBEngine::run(int argc, char** argv) {
+  printBanner();
+  readCommandLine(argc, argv);
+  std::setbuf(in, nullptr);
+  player.newGame();
+  boardChanged = true;
+  while (!quit) {
+    if (boardChanged) showBoard();
+    if (!xboardMode) out << "# Your move: " << std::flush;
+    readCommand();
+    if (quit) break;
+    // While a search runs only the commands themselves act on it.
+    if (player.isIdle()) decideNextStep();
+  }
+  return 0;
+}
+
+void WBEngine::printBanner() {
+  out << "# " << ProgramName << ' ' << ProgramVersion << '\n'
+      << "# a chess engine for xboard front ends, written in C++20\n"
+      << "# \n"
+      << "feature done=0" << std::endl;
+}
+
+void WBEngine::readCommandLine(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strcmp(argv[i], "-cores") != 0) {
+      out << "# warning: found unknown command line option \"" << argv[i] << '"' << std::endl;
+      continue;
+    }
+    if (++i == argc) {
+      out << "# warning: missing argument for command line option \"-cores\"" << std::endl;
+      return;
+    }
+    const int cores = std::atoi(argv[i]);
+    if (cores < 1)
+      out << "# warning: found bad argument \"" << cores
+          << "\" for command line option \"-cores\", must be a positive number" << std::endl;
+    else
+      player.setCores(std::uint32_t(cores));
+  }
+}
+
+void WBEngine::readCommand() {
+  char line[LineBufferSize];
+  if (!readLine(line, sizeof line, in)) return finishInput();
+  if (!dispatch(line)) out << "# command \"" << line << "\" returned an error code " << std::endl;
+}
+
+void WBEngine::finishInput() {
+  // A search with a clock ends by itself and still publishes its move; an analysis never
+  // would, so it is stopped.
+  if (!clock.timeLimited) player.stopSearch();
+  while (!player.isIdle()) std::this_thread::yield();
+  quit = true;
+}
+
+bool WBEngine::dispatch(std::string_view line) {
+  if (line.empty()) return true;
+  const std::size_t blank = line.find(' ');
+  const bool hasArguments = blank != std::string_view::npos;
+  const CommandRow* row = findCommand(line.substr(0, blank));
+  if (row == nullptr) return true;
+  const Arguments args = split(hasArguments ? line.substr(blank + 1) : std::string_view(), ' ');
+  if (hasArguments ? args.size() < row->minArgs : row->minArgs > 0) {
+    out << "Error (missing arguments, expected at least " << row->minArgs << "): " << line << std::endl;
+    return false;
+  }
+  if (hasArguments && args.size() > row->maxArgs) {
+    out << "Error (too many arguments, expected at most " << row->maxArgs << "): " << line << std::endl;
+    return false;
+  }
+  if (row->stopsSearch) player.stopSearch();
+  return (this->*row->handler)(args);
+}
+
+void WBEngine::decideNextStep() {
+  testGameEnd();
+  // A full game record has no room for the engine's move, so the engine stops playing there.
+  if (sideToMove() == engineColor && !player.recordFull()) player.startSearch();
+}
+
+void WBEngine::testGameEnd() {
+  if (!gameOver) gameOver = player.checkGameEnd();
+  if (gameOver) {
+    engineColor = NoColor;
+    forceMode = true;
+  }
+}
+
+void WBEngine::showBoard() {
+  boardChanged = false;
+  printBoard(player.board, out);
+}
+
+void WBEngine::makeEngineMove(Move move) {
+  if (player.shouldOfferDraw(move)) out << "offer draw" << std::endl;
+  const std::string text = moveToText(move);
+  out << "# making engine move: " << text << std::endl;
+  player.commitMove(move);
+  boardChanged = true;
+  out << "move " << text << std::endl;
+  if (!isNoMove(player.ponderMove)) out << "# ponder move: " << moveToText(player.ponderMove) << std::endl;
+  showBoard();
+  testGameEnd();
+  out.flush();
+  if (autoMode) engineColor = sideToMove();
+}
+
+}  // namespace torvy

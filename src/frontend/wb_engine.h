@@ -1,0 +1,88 @@
+// The xboard front end: the start-up, the command loop and the state of the game being played.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <ostream>
+#include <string_view>
+
+#include "frontend/command_table.h"
+#include "search/chess_player.h"
+#include "search/engine_interface.h"
+#include "search/search_clock.h"
+
+namespace torvy {
+
+constexpr const char* ProgramName = "Torvy";
+constexpr const char* ProgramVersion = "0.6.51";
+
+// Lines longer than this arrive in pieces.
+constexpr std::size_t LineBufferSize = 1024;
+
+class WBEngine final : public EngineInterface {
+ public:
+  WBEngine(std::ostream& out, std::FILE* in);
+
+  // Banner, command line, a new game, then commands until "quit" or the end of input; returns 0.
+  int run(int argc, char** argv);
+
+  // Runs one line; false when the command refused it, after its own "Error (" line if any.
+  bool dispatch(std::string_view line);
+
+  // Called by the search with the move it chose.
+  void makeEngineMove(Move move) override;
+
+  SearchClock clock;
+  ChessPlayer player;
+  std::uint32_t engineColor = NoColor;
+  bool gameOver = false;
+  bool forceMode = false;
+  bool boardChanged = true;
+  bool xboardMode = false;
+  bool analyzeMode = false;
+  bool autoMode = false;
+  bool quit = false;
+
+ private:
+  friend struct CommandTable;
+
+  void printBanner();
+  void readCommandLine(int argc, char** argv);
+  void readCommand();
+  void finishInput();
+  // After every command line, once no search runs: end of game, then whether the engine is to move.
+  void decideNextStep();
+  // An ended game stays ended, with the engine on neither side, until a command reopens it.
+  void testGameEnd();
+  void showBoard();
+  Color sideToMove() const { return player.board.sideToMove; }
+
+  bool handleQuit(const Arguments&);
+  bool handleXboard(const Arguments&);
+  bool handleNew(const Arguments&);
+  bool handleForce(const Arguments&);
+  bool handlePing(const Arguments& args);
+  bool handleUsermove(const Arguments& args);
+  bool handleSetboard(const Arguments& args);
+  bool handleLevel(const Arguments& args);
+  bool handleSd(const Arguments& args);
+  bool handleTime(const Arguments& args);
+  bool handleUndo(const Arguments&);
+  bool handleRemove(const Arguments&);
+  bool handlePost(const Arguments&);
+  bool handleNopost(const Arguments&);
+  bool handleBook(const Arguments&);
+  bool handleNobook(const Arguments&);
+  bool handlePerft(const Arguments& args);
+  bool handleDivide(const Arguments& args);
+  bool handleSelftest(const Arguments&);
+  bool handleTune(const Arguments&);
+  bool handleRandpos(const Arguments&);
+
+  bool takeBack(std::uint32_t plies);
+
+  std::ostream& out;
+  std::FILE* in;
+};
+
+}  // namespace torvy

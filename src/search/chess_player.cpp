@@ -1,0 +1,118 @@
+#include "search/chess_player.h"
+
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "board/attacks.h"
+#include "board/draw_rules.h"
+#include "board/fen.h"
+#include "board/movegen.h"
+
+namespace torvy {
+
+namespace {
+
+// The game board moves by the side to move, whose colour only the board knows at run time.
+void makeOnBoard(Board_0x88& board, Move move, UndoRecord& undo) {
+  if (board.sideToMove == White)
+    board.makeMove<White>(move, undo);
+  else
+    board.makeMove<Black>(move, undo);
+}
+
+// Unmakes the move of the side that is not to move now.
+void unmakeOnBoard(Board_0x88& board, Move move, const UndoRecord& undo) {
+  if (board.sideToMove == White)
+    board.unmakeMove<Black>(move, undo);
+  else
+    board.unmakeMove<White>(move, undo);
+}
+
+bool sideToMoveInCheck(const Board_0x88& board) {
+  CheckInfo info;
+  return board.sideToMove == White ? findCheck<White>(board, info) : findCheck<Black>(board, info);
+}
+
+}  // namespace
+
+ChessPlayer::ChessPlayer(SearchClock& clock, std::ostream& out)
+    : clock(clock), out(out), maxCores(std::thread::hardware_concurrency()) {}
+
+void ChessPlayer::newGame() {
+  if (!std::exchange(firstNewGame, false)) {
+    ttHash.release();
+    pawnHash.release();
+  }
+  if (!ttHash.exists()) ttHash.resize(ttHashSizeMB, "TT hash", out);
+  if (!pawnHash.exists()) pawnHash.resize(pawnHashSizeMB, "Pawn hash", out);
+  setStartPosition(board);
+  gamePly = 0;
+  firstUndoablePly = 0;
+  outOfBook = false;
+}
+
+void ChessPlayer::commitMove(Move move) {
+  gameMoves[gamePly] = move;
+  makeOnBoard(board, move, gameUndo[gamePly]);
+  ++gamePly;
+}
+
+bool ChessPlayer::takeBack(std::uint32_t plies) {
+  if (gamePly < firstUndoablePly + plies) return false;
+  for (std::uint32_t i = 0; i < plies; ++i) {
+    --gamePly;
+    unmakeOnBoard(board, gameMoves[gamePly], gameUndo[gamePly]);
+  }
+  return true;
+}
+
+bool ChessPlayer::setPosition(const char* fen) {
+  // A failed set-up leaves the board unusable, so the game goes on from a copy of it.
+  const Board_0x88 previous = board;
+  if (!setFromFen(board, fen)) {
+    board = previous;
+    return false;
+  }
+  // The ply count runs on for the clock, but nothing before the set-up can be taken back.
+  firstUndoablePly = gamePly;
+  return true;
+}
+
+bool ChessPlayer::checkGameEnd() {
+  MoveList moves;
+  generateLegalMoves(board, moves);
+  bool ended = true;
+  if (moves.count == 0 && sideToMoveInCheck(board)) {
+    out << (board.sideToMove == Black ? "1-0 {White wins by checkmate}" : "0-1 {Black wins by checkmate}") << std::endl;
+  } else if (moves.count == 0) {
+    out << "1/2-1/2 {Stalemate}" << std::endl;
+  } else {
+    // Repetition and the fifty-move rule are only claimed by a draw offer, never declared here.
+    DrawCode code = NoDrawCode;
+    drawStatus(board, code);
+    ended = code == InsufficientMaterialDraw;
+    if (ended) out << "1/2-1/2 {Draw by insufficient material}" << std::endl;
+  }
+  return ended;
+}
+
+bool ChessPlayer::shouldOfferDraw(Move move) {
+  // Only the board is asked, so the game record needs no room for the trial move.
+  UndoRecord undo;
+  makeOnBoard(board, move, undo);
+  MoveList moves;
+  generateLegalMoves(board, moves);
+  DrawCode code = NoDrawCode;
+  const bool offer = moves.count > 0 && drawStatus(board, code) && (code == FiftyMoveDraw || code == RepetitionDraw);
+  unmakeOnBoard(board, move, undo);
+  return offer;
+}
+
+void ChessPlayer::setCores(std::uint32_t wanted) {
+  cores = std::min(wanted, maxCores);
+  out << "# will now use " << cores << " cores (requested=" << wanted << ", current=" << activeCores
+      << ", max=" << maxCores << ")" << std::endl;
+}
+
+}  // namespace torvy
