@@ -4,27 +4,62 @@
 #include <atomic>
 #include <cstdint>
 
+#include "eval/packed_score.h"
 #include "search/hash_table.h"
 
 namespace torvy {
 
-// 32 bytes, read and written by all search threads without a lock: each word is a relaxed
-// atomic, so an entry may be torn but never races.
+// What one pawn configuration leaves behind.
+struct PawnHashData {
+  std::uint64_t pawns[2];
+  PackedScore structure;  // White minus Black
+  std::uint8_t openFiles;
+  std::uint8_t halfOpenFiles;
+};
+
+// 32 bytes, read and written by all search threads without a lock. Each word is a relaxed
+// atomic, and the key is stored mixed with the data words, so that an entry torn by two
+// writers reads as a miss rather than as a wrong structure.
 struct PawnHashEntry {
   std::atomic<std::uint64_t> key{0};
   std::atomic<std::uint64_t> whitePawns{0};
   std::atomic<std::uint64_t> blackPawns{0};
-  std::atomic<std::uint64_t> packedScores{0};  // structureMg, structureEg, openFiles, halfOpenFiles
+  std::atomic<std::uint64_t> packedScores{0};  // structure pair, openFiles, halfOpenFiles
 
   bool isEmpty() const { return key.load(std::memory_order_relaxed) == 0; }
   void clear() {
     for (auto* word : {&key, &whitePawns, &blackPawns, &packedScores}) word->store(0, std::memory_order_relaxed);
   }
+
+  bool load(Key pawnKey, PawnHashData& data) const {
+    const std::uint64_t white = whitePawns.load(std::memory_order_relaxed);
+    const std::uint64_t black = blackPawns.load(std::memory_order_relaxed);
+    const std::uint64_t scores = packedScores.load(std::memory_order_relaxed);
+    if ((key.load(std::memory_order_relaxed) ^ white ^ black ^ scores) != pawnKey) return false;
+    data.pawns[White] = white;
+    data.pawns[Black] = black;
+    data.structure = PackedScore(scores);
+    data.openFiles = std::uint8_t(scores >> 32);
+    data.halfOpenFiles = std::uint8_t(scores >> 40);
+    return true;
+  }
+
+  void store(Key pawnKey, const PawnHashData& data) {
+    const std::uint64_t scores = data.structure | std::uint64_t(data.openFiles) << 32 |
+                                 std::uint64_t(data.halfOpenFiles) << 40;
+    whitePawns.store(data.pawns[White], std::memory_order_relaxed);
+    blackPawns.store(data.pawns[Black], std::memory_order_relaxed);
+    packedScores.store(scores, std::memory_order_relaxed);
+    key.store(pawnKey ^ data.pawns[White] ^ data.pawns[Black] ^ scores, std::memory_order_relaxed);
+  }
 };
 
 class PawnHashTable : public HashTable<PawnHashEntry, 1> {
  public:
+  // Shared by all threads; relaxed, since nothing is ordered by a statistic.
   std::atomic<std::uint64_t> hits{0};
+
+  void countHit() { hits.fetch_add(1, std::memory_order_relaxed); }
 };
 
 }  // namespace torvy

@@ -1,0 +1,66 @@
+#include "eval/king_safety.h"
+
+#include <algorithm>
+#include <array>
+
+#include "eval/eval_report.h"
+#include "eval/material.h"
+
+namespace torvy {
+
+namespace {
+
+constexpr ScorePair holeWeight = {-15, 7};
+constexpr ScorePair openKingFileWeight = {-35, -9};
+constexpr ScorePair openNeighbourFileWeight = {-8, -11};
+
+constexpr unsigned NearLower = 1, NearHigher = 4, FarLower = 8;
+
+// Holes: no pawn on the lower file in either row, and none on the higher file in the near row.
+constexpr std::array<std::uint8_t, 64> makeShelterTable() {
+  std::array<std::uint8_t, 64> table{};
+  for (unsigned pattern = 0; pattern < 64; ++pattern)
+    table[pattern] = std::uint8_t((pattern & (NearLower | FarLower)) == 0) + ((pattern & NearHigher) == 0);
+  return table;
+}
+constexpr std::array<std::uint8_t, 64> shelterTable = makeShelterTable();
+
+}  // namespace
+
+unsigned shelterPattern(SquareSet ownPawns, Square88 kingSquare, Color color) {
+  const int kingFile = fileOf(kingSquare);
+  unsigned pattern = 0;
+  for (int row = 0; row < 2; ++row) {
+    const int relative = relativeRank(color, kingSquare) + 1 + row;
+    const int rank = color == White ? relative : 7 - relative;
+    for (int i = 0; i < 3; ++i) {
+      const int file = kingFile - 1 + i;
+      const bool covered =
+          relative >= 7 || file < 0 || file > 7 || (ownPawns & bitOf(file, rank)) != 0;
+      if (covered) pattern |= 1u << (row * 3 + i);
+    }
+  }
+  return pattern;
+}
+
+template <Color Us, class Book>
+PackedScore kingSafety(const PawnInfo& info, Square88 kingSquare, std::uint32_t enemySignature, Book& book) {
+  const int holes = shelterTable[shelterPattern(info.pawns[Us], kingSquare, Us)];
+  ScorePair total = scaled(holeWeight, holes);
+  const int heavy = std::min(2u, signature::field(enemySignature, signature::RookShift) +
+                                     signature::field(enemySignature, signature::QueenShift));
+  const int file = fileOf(kingSquare);
+  auto open = [&](int f) { return (info.openFiles >> f & 1) != 0; };
+  if (open(file)) total += scaled(openKingFileWeight, heavy);
+  if (file > 0 && open(file - 1)) total += scaled(openNeighbourFileWeight, heavy);
+  if (file < 7 && open(file + 1)) total += scaled(openNeighbourFileWeight, heavy);
+  book.add(EvalTerm::KingSafety, Us, total);
+  return pack(total);
+}
+
+template PackedScore kingSafety<White>(const PawnInfo&, Square88, std::uint32_t, NoBook&);
+template PackedScore kingSafety<Black>(const PawnInfo&, Square88, std::uint32_t, NoBook&);
+template PackedScore kingSafety<White>(const PawnInfo&, Square88, std::uint32_t, EvalReport&);
+template PackedScore kingSafety<Black>(const PawnInfo&, Square88, std::uint32_t, EvalReport&);
+
+}  // namespace torvy

@@ -1,0 +1,171 @@
+#include "eval/pawns.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+
+#include "eval/eval_report.h"
+
+namespace torvy {
+
+namespace {
+
+constexpr ScorePair isolatedWeight = {-31, -13};
+constexpr ScorePair doubledWeight = {-6, -30};
+constexpr ScorePair attackedStretchWeight = {-24, -13};
+constexpr ScorePair occupiedStretchWeight = {12, -5};
+
+// By blocked promotion distance.
+constexpr ScorePair passedBonus[12] = {{0, 0},  {97, 188}, {76, 133}, {20, 84}, {16, 57},  {8, 36},
+                                       {32, 20}, {15, 32},  {26, 40},  {-15, -60}, {1, 2}, {1, 1}};
+constexpr ScorePair unstoppableBonus[12] = {{0, 0},  {193, 420}, {143, 339}, {95, 90}, {-33, 72}, {-38, 47},
+                                            {-9, 55}, {0, 0},     {0, 0},     {0, 0},   {0, 0},    {0, 0}};
+
+constexpr int PawnSlotsBegin = 8;
+constexpr int SlotCount = 16;
+
+// The nearest of a non-empty set in the direction in which Us advances.
+template <Color Us>
+int nearestAhead(SquareSet set) {
+  return Us == White ? std::countr_zero(set) : 63 - std::countl_zero(set);
+}
+
+// The squares from which an enemy pawn would capture on one of the set, which lies on one file.
+template <Color Us>
+SquareSet enemyPawnAttackers(SquareSet set, int file) {
+  SquareSet attackers = 0;
+  if (file != 0) attackers |= Us == White ? set << 7 : set >> 9;
+  if (file != 7) attackers |= Us == White ? set << 9 : set >> 7;
+  return attackers;
+}
+
+void collectPawns(PawnInfo& info, const Board_0x88& board) {
+  for (Color c : {White, Black})
+    for (int slot = PawnSlotsBegin; slot < SlotCount; ++slot) {
+      const Square88 s = board.pieceList[c][slot];
+      if (!onBoard(s) || board.pieceOn[s] != Pawn) continue;
+      info.pawns[c] |= SquareSet(1) << toSquare64(s);
+      ++info.fileCount[c][fileOf(s)];
+    }
+  for (int f = 0; f < 8; ++f) {
+    const int colours = (info.fileCount[White][f] > 0) + (info.fileCount[Black][f] > 0);
+    if (colours == 0) info.openFiles |= std::uint8_t(1 << f);
+    if (colours == 1) info.halfOpenFiles |= std::uint8_t(1 << f);
+  }
+}
+
+template <Color Us>
+SquareSet passedPawns(const PawnInfo& info) {
+  SquareSet passed = 0;
+  for (SquareSet set = info.pawns[Us]; set; set &= set - 1) {
+    const int s = std::countr_zero(set);
+    if ((passedMask[Us][s] & info.pawns[Us ^ 1]) == 0) passed |= SquareSet(1) << s;
+  }
+  return passed;
+}
+
+}  // namespace
+
+template <class Book>
+PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable& pawnHash, Book& book) {
+  const Key key = board.pawnKey();
+  PawnHashEntry& entry = *pawnHash.cluster(key);
+  PawnHashData data;
+  if (entry.load(key, data)) {
+    pawnHash.countHit();
+    info.pawns[White] = data.pawns[White];
+    info.pawns[Black] = data.pawns[Black];
+    info.openFiles = data.openFiles;
+    info.halfOpenFiles = data.halfOpenFiles;
+    book.add(EvalTerm::PawnStructure, White, unpack(data.structure));
+  } else {
+    collectPawns(info, board);
+    const ScorePair black = unpack(pawnStructure<Black>(info, book));
+    const ScorePair white = unpack(pawnStructure<White>(info, book));
+    data = PawnHashData{{info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles,
+                        info.halfOpenFiles};
+    entry.store(key, data);
+  }
+  info.openFileCount = std::uint8_t(std::popcount(info.openFiles));
+  info.halfOpenFileCount = std::uint8_t(std::popcount(info.halfOpenFiles));
+  info.passed[White] = passedPawns<White>(info);
+  info.passed[Black] = passedPawns<Black>(info);
+  return data.structure;
+}
+
+template <Color Us, class Book>
+PackedScore pawnStructure(const PawnInfo& info, Book& book) {
+  const SquareSet own = info.pawns[Us];
+  const SquareSet enemy = info.pawns[Us ^ 1];
+  const auto& count = info.fileCount[Us];
+  ScorePair total;
+  unsigned isolatedFiles = 0;
+  for (int f = 0; f < 8; ++f) {
+    if (count[f] == 0) continue;
+    const bool leftNeighbour = f > 0 && count[f - 1] > 0;
+    const bool rightNeighbour = f < 7 && count[f + 1] > 0;
+    if (!leftNeighbour && !rightNeighbour) {
+      total += isolatedWeight;
+      isolatedFiles |= 1u << f;
+    }
+    if (count[f] != 1) total += doubledWeight;
+  }
+  for (SquareSet set = own; set; set &= set - 1) {
+    const int s = std::countr_zero(set);
+    const int file = s & 7;
+    const int relative = Us == White ? s >> 3 : 7 - (s >> 3);
+    if ((isolatedFiles >> file & 1) || relative > 4) continue;
+    if (supportMask[Us][s] & own) continue;
+    // Not isolated and not supported, so an own pawn stands ahead on a neighbouring file;
+    // the pawn's own file up to the nearest such rank is the way it must go to find support.
+    const int nearest = nearestAhead<Us>(passedMask[Us][s] & ~forwardFile[Us][s] & own);
+    const int stopRank = nearest >> 3;
+    const SquareSet stretch = forwardFile[Us][s] & ~forwardFile[Us][stopRank * 8 + file];
+    if (enemyPawnAttackers<Us>(stretch, file) & enemy) total += attackedStretchWeight;
+    if (stretch & enemy) total += occupiedStretchWeight;
+  }
+  book.add(EvalTerm::WeakPawns, Us, total);
+  return pack(total);
+}
+
+template <Color Us, class Book>
+PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info, Book& book) {
+  constexpr Color Them = Us ^ 1;
+  constexpr int forward = Us == White ? 16 : -16;
+  constexpr int promotionRank = Us == White ? 7 : 0;
+  const Square88 enemyKing = board.kingSquare(Them);
+  // A single enemy piece beside pawns is the one case in which the king race decides.
+  const bool loneEnemyPiece = material.pawns(Them) + 1 == material.menBesideKing(Them);
+  ScorePair total;
+  for (SquareSet set = info.passed[Us]; set; set &= set - 1) {
+    const Square88 s = toSquare88(Square64(std::countr_zero(set)));
+    const int rank = relativeRank(Us, s);
+    int n = rank == 1 ? 5 : 7 - rank;  // the double step saves a move
+    bool blocked = false;
+    for (int t = s + forward; onBoard(t); t += forward) {
+      if (board.pieceOn[t] == NoPiece) continue;
+      ++n;
+      if (board.colorOn[t] == Them) blocked = true;
+    }
+    const int divisor = blocked ? 4 : 1;
+    total += ScorePair{std::int16_t(passedBonus[n].mg / divisor), std::int16_t(passedBonus[n].eg / divisor)};
+    if (blocked || !loneEnemyPiece) continue;
+    const int fileDistance = std::abs(fileOf(s) - fileOf(enemyKing));
+    const int rankDistance = std::abs(promotionRank - rankOf(enemyKing));
+    const int kingDistance = std::max(fileDistance, rankDistance) - (board.sideToMove == Them ? 1 : 0);
+    if (kingDistance > n) total += unstoppableBonus[n];
+  }
+  book.add(EvalTerm::PassedPawns, Us, total);
+  return pack(total);
+}
+
+template PackedScore evaluatePawns(PawnInfo&, const Board_0x88&, PawnHashTable&, NoBook&);
+template PackedScore evaluatePawns(PawnInfo&, const Board_0x88&, PawnHashTable&, EvalReport&);
+template PackedScore pawnStructure<White>(const PawnInfo&, NoBook&);
+template PackedScore pawnStructure<Black>(const PawnInfo&, NoBook&);
+template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, NoBook&);
+template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, NoBook&);
+template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, EvalReport&);
+template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, EvalReport&);
+
+}  // namespace torvy
