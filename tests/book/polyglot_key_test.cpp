@@ -1,0 +1,75 @@
+#include "board/board_helpers.h"
+#include "book/book_key.h"
+
+namespace torvy {
+namespace {
+
+using testing::boardFrom;
+
+struct KnownKey {
+  const char* fen;
+  Key key;
+};
+
+// The test positions published with the Polyglot book format. The en passant fields of the
+// second and third are not counted, since no pawn stands ready to capture; those of the fifth
+// and eighth are.
+constexpr KnownKey publishedKeys[] = {
+    {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1", 0x463B96181691FC9C},
+    {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0 1", 0x823C9B50FD114196},
+    {"rnbqkbnr/ppp1pppp/8/3p4/4P3/8/PPPP1PPP/RNBQKBNR w KQkq d6 0 2", 0x0756B94461C50FB0},
+    {"rnbqkbnr/ppp1pppp/8/3pP3/8/8/PPPP1PPP/RNBQKBNR b KQkq - 0 2", 0x662FAFB965DB29D4},
+    {"rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3", 0x22A48B5A8E47FF78},
+    {"rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPPKPPP/RNBQ1BNR b kq - 0 3", 0x652A607CA3F242C1},
+    {"rnbq1bnr/ppp1pkpp/8/3pPp2/8/8/PPPPKPPP/RNBQ1BNR w - - 0 4", 0x00FDD303C946BDD9},
+    {"rnbqkbnr/p1pppppp/8/8/PpP4P/8/1P1PPPP1/RNBQKBNR b KQkq c3 0 3", 0x3C8123EA7B067637},
+    {"rnbqkbnr/p1pppppp/8/8/P6P/R1p5/1P1PPPP1/1NBQKBNR b Kkq - 0 4", 0x5C3F9B829B279560},
+};
+
+TEST(PolyglotKey, PublishedPositions) {
+  for (const KnownKey& known : publishedKeys) {
+    EXPECT_EQ(polyglotKey(*boardFrom(known.fen)), known.key) << known.fen;
+  }
+}
+
+// The same positions reached by moves on the board rather than set up from text, so the
+// en passant square and the rights come from make.
+TEST(PolyglotKey, PublishedPositionsReachedByPlay) {
+  auto board = boardFrom(StartFen);
+  const char* line[] = {"e2e4", "d7d5", "e4e5", "f7f5", "e1e2", "e8f7"};
+  for (int i = 0; i < 6; ++i) {
+    testing::play(*board, {line[i]});
+    EXPECT_EQ(polyglotKey(*board), publishedKeys[i + 1].key) << "after " << line[i];
+  }
+  board = boardFrom(StartFen);
+  testing::play(*board, {"a2a4", "b7b5", "h2h4", "b5b4", "c2c4"});
+  EXPECT_EQ(polyglotKey(*board), publishedKeys[7].key);
+  testing::play(*board, {"b4c3", "a1a3"});
+  EXPECT_EQ(polyglotKey(*board), publishedKeys[8].key);
+}
+
+// Worked out by hand from the table: White king (kind 11) and Black king (kind 10), with and
+// without rooks and single rights, and either side to move.
+TEST(PolyglotKey, KeysDerivedFromTheTable) {
+  EXPECT_EQ(polyglotKey(*boardFrom("4k3/8/8/8/8/8/8/4K3 b - - 0 1")), 0xA6536BD038CC91CFull);
+  EXPECT_EQ(polyglotKey(*boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1")), 0xA9B9EF726B8F1263ull);
+}
+
+TEST(PolyglotKey, BookPositionUsesTheFormatsKinds) {
+  EXPECT_EQ(polyglotKind(Pawn, Black), 0);
+  EXPECT_EQ(polyglotKind(Pawn, White), 1);
+  EXPECT_EQ(polyglotKind(Knight, Black), 2);
+  EXPECT_EQ(polyglotKind(King, White), 11);
+
+  const BookPosition start = makeBookPosition(*boardFrom(StartFen));
+  EXPECT_EQ(start.pieceCount, 32u);
+  EXPECT_TRUE(start.whiteKingSide && start.whiteQueenSide && start.blackKingSide && start.blackQueenSide);
+  EXPECT_EQ(start.epSquare, NoBookSquare);
+  EXPECT_FALSE(start.blackToMove);
+
+  const BookPosition ep = makeBookPosition(*boardFrom(publishedKeys[4].fen));
+  EXPECT_EQ(ep.epSquare, 45);  // f6
+}
+
+}  // namespace
+}  // namespace torvy
