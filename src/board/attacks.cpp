@@ -54,7 +54,53 @@ bool isPseudoLegal(const Board_0x88& board, Move m) {
   }
 }
 
+namespace {
+
+bool isStep(const int (&deltas)[8], int difference) {
+  for (int d : deltas)
+    if (d == difference) return true;
+  return false;
+}
+
+template <Color Us>
+bool pawnStepFits(const Board_0x88& board, int difference, Square88 to) {
+  if (difference == pawnForward[Us]) return board.pieceOn[to] == NoPiece;
+  const bool diagonal = difference == pawnCaptureDeltas[Us][0] || difference == pawnCaptureDeltas[Us][1];
+  return diagonal && board.colorOn[to] == (Us ^ 1);
+}
+
+}  // namespace
+
+template <Color Us>
+bool movesLikeItsPiece(const Board_0x88& board, Move m) {
+  const Square88 from = fromSquare(m);
+  const Square88 to = toSquare(m);
+  const int difference = int(to) - int(from);
+  switch (moveKind(m)) {
+    case CastlingMove: return true;
+    case EnPassantMove: return difference == pawnCaptureDeltas[Us][0] || difference == pawnCaptureDeltas[Us][1];
+    case PromotionMove: return pawnStepFits<Us>(board, difference, to);
+    default: break;
+  }
+  if (moveDetail(m) > 1) return false;
+  const PieceType piece = board.pieceOn[from];
+  if (piece == Pawn) {
+    if (moveDetail(m) == 1) return difference == 2 * pawnForward[Us];
+    return relativeRank(Us, to) != 7 && pawnStepFits<Us>(board, difference, to);
+  }
+  if (moveDetail(m) == 1) return false;
+  if (piece == Knight) return isStep(knightDeltas, difference);
+  if (piece == King) return isStep(kingDeltas, difference);
+  const int direction = rayDirection(from, to);
+  if (direction == 0 || !detail::isSliderOf(piece, raySliderClass[direction])) return false;
+  int s = from + rayDeltas[direction];
+  while (s != to && board.pieceOn[s] == NoPiece) s += rayDeltas[direction];
+  return s == to;
+}
+
 template bool isPseudoLegal<White>(const Board_0x88&, Move);
 template bool isPseudoLegal<Black>(const Board_0x88&, Move);
+template bool movesLikeItsPiece<White>(const Board_0x88&, Move);
+template bool movesLikeItsPiece<Black>(const Board_0x88&, Move);
 
 }  // namespace torvy

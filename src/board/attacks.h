@@ -200,4 +200,9 @@ inline bool isLegalWithPins(Board_0x88& board, Move m, const PinInfo& pins) {
 template <Color Us>
 bool isPseudoLegal(const Board_0x88& board, Move m);
 
+// Whether the piece on the from-square can make this move at all: its step, its line with
+// nothing in between, a pawn's push or capture. Castling is left to isPseudoLegal.
+template <Color Us>
+bool movesLikeItsPiece(const Board_0x88& board, Move m);
+
 }  // namespace torvy

@@ -170,5 +170,21 @@ TEST(Attacks, PseudoLegalityOfStoredMoves) {
   EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(0x14, 0x34, true)));
 }
 
+TEST(Attacks, StoredMovesMustFitThePieceThatMakesThem) {
+  auto board = boardFrom("4k3/8/8/8/8/2p5/1P6/R3K1NB w - - 0 1");
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, sq::h8))) << "not a rook's line";
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, 0x71))) << "not a line at all";
+  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, sq::a8)));
+  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::h1, sq::a8)));
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, sq::f1))) << "the king stands between";
+  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::g1, 0x25)));
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::g1, 0x26)));
+  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x22))) << "pawn takes on c3";
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x20))) << "nothing to take on a3";
+  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x31, true)));
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x21, true)));
+  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::e1, 0x24)));
+}
+
 }  // namespace
 }  // namespace torvy
