@@ -33,23 +33,25 @@ LookupResult lookup(Book& book, const char* fen = StartFen) {
 
 Move startMove(const char* text) { return legalMove(*boardFrom(StartFen), text); }
 
+// A book file of the given entries and the Book that reads it.
+struct TestBook {
+  TestBook(const std::string& name, const std::vector<BookEntry>& entries)
+      : file(name, encodeBook(entries)), book(file.path().c_str()) {}
+  TempFile file;
+  Book book;
+};
+
 TEST(BookLookup, WeightsDecideTheChoice) {
   std::srand(7);
   // A lone entry of weight 0 is played.
-  TempFile single("single.bin", encodeBook({{StartKey, bookMove("e2e4"), 0, 0}}));
-  Book singleBook(single.path().c_str());
-  EXPECT_EQ(lookup(singleBook).move, startMove("e2e4"));
+  TestBook single("single.bin", {{StartKey, bookMove("e2e4"), 0, 0}});
+  EXPECT_EQ(lookup(single.book).move, startMove("e2e4"));
 
   // Weight 0 never wins against a positive weight, whichever side of it it lies.
-  TempFile mixed("mixed.bin", encodeBook({{StartKey, bookMove("d2d4"), 0, 0},
-                                          {StartKey, bookMove("e2e4"), 10, 0},
-                                          {StartKey, bookMove("c2c4"), 0, 0}}));
-  Book mixedBook(mixed.path().c_str());
-  for (int i = 0; i < 50; ++i) {
-    const LookupResult result = lookup(mixedBook);
-    ASSERT_TRUE(result.found);
-    ASSERT_EQ(result.move, startMove("e2e4"));
-  }
+  TestBook mixed(
+      "mixed.bin",
+      {{StartKey, bookMove("d2d4"), 0, 0}, {StartKey, bookMove("e2e4"), 10, 0}, {StartKey, bookMove("c2c4"), 0, 0}});
+  for (int i = 0; i < 50; ++i) ASSERT_EQ(lookup(mixed.book).move, startMove("e2e4"));
 }
 
 TEST(BookLookup, ChoiceFollowsTheWeights) {
@@ -72,31 +74,12 @@ TEST(BookLookup, AtMost256EntriesOfOneKeyAreCollected) {
     std::vector<BookEntry> entries(300, BookEntry{StartKey, bookMove("a2a3"), 0, 0});
     entries[150].move = bookMove("e2e4");
     entries[weighted] = {StartKey, bookMove("d2d4"), 1, 0};
-    return encodeBook(entries);
+    return entries;
   };
-  TempFile collected("collected.bin", bookWithWeightAt(255));
-  Book collectedBook(collected.path().c_str());
-  EXPECT_EQ(lookup(collectedBook).move, startMove("d2d4"));
-
-  TempFile beyond("beyond.bin", bookWithWeightAt(256));
-  Book beyondBook(beyond.path().c_str());
-  EXPECT_EQ(lookup(beyondBook).move, startMove("e2e4"));
-}
-
-TEST(BookLookup, FindsTheKeyAmongOthers) {
-  // Many other keys on both sides, so the search needs several probes to reach the key.
-  std::vector<BookEntry> entries;
-  for (Key k = 1; k <= 40; ++k) entries.push_back({StartKey - k * 1000, bookMove("h2h4"), 5, 0});
-  std::reverse(entries.begin(), entries.end());
-  entries.push_back({StartKey, bookMove("g1f3"), 1, 0});
-  for (Key k = 1; k <= 70; ++k) entries.push_back({StartKey + k, bookMove("h2h3"), 5, 0});
-  TempFile file("among.bin", encodeBook(entries));
-  Book book(file.path().c_str());
-  EXPECT_EQ(book.entries, 111u);
-  const LookupResult result = lookup(book);
-  EXPECT_TRUE(result.found);
-  EXPECT_EQ(result.move, startMove("g1f3"));
-  EXPECT_EQ(result.output, "");
+  TestBook collected("collected.bin", bookWithWeightAt(255));
+  EXPECT_EQ(lookup(collected.book).move, startMove("d2d4"));
+  TestBook beyond("beyond.bin", bookWithWeightAt(256));
+  EXPECT_EQ(lookup(beyond.book).move, startMove("e2e4"));
 }
 
 // The key's entries straddle the boundary of two 4 KB blocks (indices 255 to 259), and the
@@ -108,32 +91,27 @@ TEST(BookLookup, EntriesAcrossABlockBoundary) {
   for (Key k = 1; k <= 260; ++k) entries.push_back({StartKey + k, bookMove("h2h3"), 5, 0});
   entries[255] = {StartKey, bookMove("d2d4"), 1, 0};
   entries[259] = {StartKey, bookMove("g1f3"), 1, 0};
-  TempFile file("boundary.bin", encodeBook(entries));
-  Book book(file.path().c_str());
+  TestBook boundary("boundary.bin", entries);
   std::srand(5);
   std::set<Move> seen;
-  for (int i = 0; i < 40; ++i) seen.insert(lookup(book).move);
+  for (int i = 0; i < 40; ++i) seen.insert(lookup(boundary.book).move);
   EXPECT_EQ(seen, (std::set<Move>{startMove("d2d4"), startMove("g1f3")}));
 }
 
 TEST(BookLookup, KeysOutsideTheFileFindNothing) {
-  TempFile above("above.bin", encodeBook({{StartKey + 1, bookMove("e2e4"), 1, 0}, {~Key(0), bookMove("e2e4"), 1, 0}}));
-  Book aboveBook(above.path().c_str());
-  EXPECT_FALSE(lookup(aboveBook).found);
-
-  TempFile below("below.bin", encodeBook({{0, bookMove("e2e4"), 1, 0}, {StartKey - 1, bookMove("e2e4"), 1, 0}}));
-  Book belowBook(below.path().c_str());
-  EXPECT_FALSE(lookup(belowBook).found);
+  TestBook above("above.bin", {{StartKey + 1, bookMove("e2e4"), 1, 0}, {~Key(0), bookMove("e2e4"), 1, 0}});
+  EXPECT_FALSE(lookup(above.book).found);
+  TestBook below("below.bin", {{0, bookMove("e2e4"), 1, 0}, {StartKey - 1, bookMove("e2e4"), 1, 0}});
+  EXPECT_FALSE(lookup(below.book).found);
 }
 
 TEST(BookLookup, CastlingEntryBecomesTheCastlingMove) {
   const char* fen = "r3k2r/pppppppp/8/8/8/8/PPPPPPPP/R3K2R w KQkq - 0 1";
   const Key key = polyglotKey(*boardFrom(fen));
-  TempFile file("castling.bin", encodeBook({{key, bookMove("e1h1"), 1, 0}}));
-  Book book(file.path().c_str());
-  EXPECT_EQ(lookup(book, fen).move, WhiteCastleKingSide);
-  file.write(encodeBook({{key, bookMove("e1a1"), 1, 0}}));
-  EXPECT_EQ(lookup(book, fen).move, WhiteCastleQueenSide);
+  TestBook castling("castling.bin", {{key, bookMove("e1h1"), 1, 0}});
+  EXPECT_EQ(lookup(castling.book, fen).move, WhiteCastleKingSide);
+  castling.file.write(encodeBook({{key, bookMove("e1a1"), 1, 0}}));
+  EXPECT_EQ(lookup(castling.book, fen).move, WhiteCastleQueenSide);
 }
 
 TEST(BookLookup, DamagedOrMissingBooksGiveNothingQuietly) {
@@ -144,11 +122,10 @@ TEST(BookLookup, DamagedOrMissingBooksGiveNothingQuietly) {
   EXPECT_EQ(none.output, "");
 
   // An illegal move or a promotion field above 4 is no book move.
-  TempFile illegal("illegal.bin", encodeBook({{StartKey, bookMove("e2e5"), 1, 0}}));
-  Book illegalBook(illegal.path().c_str());
-  EXPECT_FALSE(lookup(illegalBook).found);
-  illegal.write(encodeBook({{StartKey, bookMove("e2e4", 6), 1, 0}}));
-  EXPECT_FALSE(lookup(illegalBook).found);
+  TestBook illegal("illegal.bin", {{StartKey, bookMove("e2e5"), 1, 0}});
+  EXPECT_FALSE(lookup(illegal.book).found);
+  illegal.file.write(encodeBook({{StartKey, bookMove("e2e4", 6), 1, 0}}));
+  EXPECT_FALSE(lookup(illegal.book).found);
 
   // A trailing partial entry is not counted, and a key inside it is not found.
   std::vector<unsigned char> bytes =
@@ -162,10 +139,9 @@ TEST(BookLookup, DamagedOrMissingBooksGiveNothingQuietly) {
   // A file cut short after its size was taken: reads past its end fail without a message.
   std::vector<BookEntry> many(64, BookEntry{StartKey + 1, bookMove("e2e4"), 1, 0});
   many.front().key = StartKey;
-  TempFile shrinking("shrinking.bin", encodeBook(many));
-  Book shrinkingBook(shrinking.path().c_str());
-  shrinking.write({});
-  const LookupResult cut = lookup(shrinkingBook);
+  TestBook shrinking("shrinking.bin", many);
+  shrinking.file.write({});
+  const LookupResult cut = lookup(shrinking.book);
   EXPECT_FALSE(cut.found);
   EXPECT_EQ(cut.output, "");
 }
@@ -181,21 +157,13 @@ TEST(BookLookup, ReadErrorDuringTheSearchIsReported) {
 
 TEST(BookLookup, PathsAreCutTo255Characters) {
   const std::string longPath(400, 'x');
-  Book book(longPath.c_str());
-  EXPECT_EQ(std::string(book.path), longPath.substr(0, 255));
-  EXPECT_EQ(book.entries, 0u);
+  const std::unique_ptr<Book> book = createBook(longPath.c_str());
+  EXPECT_EQ(std::string(book->path), longPath.substr(0, 255));
+  EXPECT_EQ(book->entries, 0u);
 
   TempFile file("renamed.bin", encodeBook({{StartKey, bookMove("e2e4"), 1, 0}}));
-  book.setPath(file.path().c_str());
-  EXPECT_EQ(book.entries, 1u);
-  EXPECT_TRUE(lookup(book).found);
-}
-
-TEST(BookLookup, CreateBookMeasuresTheFile) {
-  TempFile file("created.bin", encodeBook({{StartKey, bookMove("e2e4"), 1, 0}, {StartKey, bookMove("d2d4"), 1, 0}}));
-  const std::unique_ptr<Book> book = createBook(file.path().c_str());
-  EXPECT_EQ(book->entries, 2u);
-  EXPECT_EQ(book->file, nullptr);
+  book->setPath(file.path().c_str());
+  EXPECT_EQ(book->entries, 1u);
   EXPECT_TRUE(lookup(*book).found);
   EXPECT_EQ(book->file, nullptr);
 }

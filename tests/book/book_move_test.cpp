@@ -12,14 +12,6 @@ using testing::legalMove;
 
 constexpr const char* CastlingFen = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
 
-TEST(BookMove, FieldsRoundTrip) {
-  const std::uint16_t m = makeBookMove(sq::e1, sq::h1);
-  EXPECT_EQ(m, 0x0107);  // e1h1 as Polyglot writes White's short castling
-  EXPECT_EQ(bookMoveFrom(m), sq::e1);
-  EXPECT_EQ(bookMoveTo(m), sq::h1);
-  EXPECT_EQ(bookMovePromotion(makeBookMove(sq::a1, sq::a8, 4)), 4u);
-}
-
 TEST(BookMove, CastlingInBothForms) {
   auto board = boardFrom(CastlingFen);
   struct Case {

@@ -55,21 +55,5 @@ TEST(PolyglotKey, KeysDerivedFromTheTable) {
   EXPECT_EQ(polyglotKey(*boardFrom("r3k2r/8/8/8/8/8/8/R3K2R w Kq - 0 1")), 0xA9B9EF726B8F1263ull);
 }
 
-TEST(PolyglotKey, BookPositionUsesTheFormatsKinds) {
-  EXPECT_EQ(polyglotKind(Pawn, Black), 0);
-  EXPECT_EQ(polyglotKind(Pawn, White), 1);
-  EXPECT_EQ(polyglotKind(Knight, Black), 2);
-  EXPECT_EQ(polyglotKind(King, White), 11);
-
-  const BookPosition start = makeBookPosition(*boardFrom(StartFen));
-  EXPECT_EQ(start.pieceCount, 32u);
-  EXPECT_TRUE(start.whiteKingSide && start.whiteQueenSide && start.blackKingSide && start.blackQueenSide);
-  EXPECT_EQ(start.epSquare, NoBookSquare);
-  EXPECT_FALSE(start.blackToMove);
-
-  const BookPosition ep = makeBookPosition(*boardFrom(publishedKeys[4].fen));
-  EXPECT_EQ(ep.epSquare, 45);  // f6
-}
-
 }  // namespace
 }  // namespace torvy
