@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <ostream>
 
+#include "board/attacks.h"
 #include "board/board.h"
 #include "search/hash_table.h"
 #include "search/search_clock.h"
@@ -23,6 +24,12 @@ using PerftTable = HashTable<PerftEntry, 4>;
 
 // Empties the table, or creates it at the first use.
 void preparePerftHash(PerftTable& table, std::uint32_t sizeMB, std::ostream& out);
+
+// One node of the tree, per colour; InCheck hands down the check of the move that led here,
+// without it the node finds any check itself. Depth 1 counts the moves without making them.
+template <Color Us, bool InCheck>
+std::uint64_t perftNode(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth,
+                        const CheckInfo& check = CheckInfo{});
 
 // The leaf count at depth (at least 1) from the board's side to move; nodes counts every call.
 std::uint64_t perftFromRoot(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth);

@@ -1,0 +1,199 @@
+// The perft and divide drivers: their reports, the clock and table they use, and the board
+// they must leave as they found it.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "../board/board_helpers.h"
+#include "perft_helpers.h"
+
+namespace torvy::testing {
+namespace {
+
+constexpr const char* Kiwipete = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+constexpr std::uint32_t SmallTableMB = 1;
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+template <class Driver>
+std::vector<std::string> run(Driver driver, Board_0x88& board, PerftTable& table, int depth,
+                             SearchClock& clock) {
+  std::ostringstream out;
+  driver(board, table, SmallTableMB, clock, depth, out);
+  return linesOf(out.str());
+}
+
+void expectReportTail(const std::vector<std::string>& tail, const std::string& prefix, std::uint64_t leaves,
+                      std::uint64_t nodes) {
+  ASSERT_EQ(tail.size(), 5u);
+  EXPECT_EQ(tail[0], prefix + "Total leaves: " + std::to_string(leaves));
+  EXPECT_EQ(tail[1], prefix + "Total nodes:  " + std::to_string(nodes));
+  EXPECT_TRUE(std::regex_match(tail[2], std::regex(prefix + "Time elapsed: [0-9]+\\.[0-9]{2} s"))) << tail[2];
+  EXPECT_TRUE(std::regex_match(tail[3], std::regex(prefix + "Nodes/second: [0-9]+"))) << tail[3];
+  EXPECT_TRUE(std::regex_match(tail[4], std::regex("# perftHashFull%:  [0-9.e+-]+"))) << tail[4];
+}
+
+TEST(PerftDriver, ReportsLeavesNodesAndCreatesTheTableOnlyOnce) {
+  auto board = boardFrom(StartFen);
+  PerftTable table;
+  SearchClock clock;
+
+  auto first = run(runPerft, *board, table, 1, clock);
+  ASSERT_EQ(first.size(), 6u);
+  EXPECT_EQ(first[0], "# new size of Perft hash: 1 MB");
+  expectReportTail({first.begin() + 1, first.end()}, "# ", 20, 1);
+  EXPECT_EQ(first[5], "# perftHashFull%:  0") << "depth 1 neither reads nor writes the table";
+
+  // 1 root, 20 nodes at depth 2 and 400 at depth 1: every call counts, and no position repeats.
+  auto second = run(runPerft, *board, table, 3, clock);
+  expectReportTail(second, "# ", 8902, 421);
+  EXPECT_NE(second[4], "# perftHashFull%:  0");
+}
+
+TEST(PerftDriver, RepeatedRunsEmptyTheTableFirstAndCountTheSame) {
+  auto board = boardFrom(Kiwipete);
+  PerftTable table;
+  SearchClock clock;
+  run(runPerft, *board, table, 3, clock);
+  const auto first = run(runPerft, *board, table, 3, clock);
+  const auto second = run(runPerft, *board, table, 3, clock);
+  EXPECT_EQ(first[0], second[0]);
+  EXPECT_EQ(first[1], second[1]) << "a table left full would cut the node count of the second run";
+}
+
+TEST(PerftDriver, StopsTheClockAndReplacesTheGameTime) {
+  auto board = boardFrom(StartFen);
+  PerftTable table;
+  SearchClock clock;
+  clock.accumulated = 123456;
+  clock.running = true;
+  run(runPerft, *board, table, 2, clock);
+  EXPECT_FALSE(clock.running);
+  EXPECT_GE(clock.accumulated, 0);
+  EXPECT_LT(clock.accumulated, 123456);
+  EXPECT_EQ(clock.searchStart, 0);
+}
+
+TEST(DivideDriver, PrintsEachRootMoveInGenerationOrderThenTheReport) {
+  auto board = boardFrom(StartFen);
+  PerftTable table;
+  SearchClock clock;
+  const auto lines = run(runDivide, *board, table, 1, clock);
+  const auto moves = legalMoveTexts(*board);
+  ASSERT_EQ(lines.size(), 1 + moves.size() + 5);
+  for (std::size_t i = 0; i < moves.size(); ++i) EXPECT_EQ(lines[1 + i], moves[i] + " 1");
+  expectReportTail({lines.end() - 5, lines.end()}, "", 20, 1);
+}
+
+TEST(DivideDriver, EachLineHoldsThePerftOfItsChild) {
+  auto board = boardFrom(Kiwipete);
+  PerftTable table;
+  SearchClock clock;
+  const auto lines = run(runDivide, *board, table, 3, clock);
+  const auto moves = legalMoveTexts(*board);
+  ASSERT_EQ(lines.size(), 1 + moves.size() + 5);
+  std::uint64_t sum = 0;
+  for (std::size_t i = 0; i < moves.size(); ++i) {
+    auto child = boardFrom(Kiwipete);
+    play(*child, {moves[i].c_str()});
+    const std::uint64_t expected = perftOf(*child, 2);
+    EXPECT_EQ(lines[1 + i], moves[i] + " " + std::to_string(expected));
+    sum += expected;
+  }
+  EXPECT_EQ(sum, 97862u);
+  EXPECT_EQ(lines[lines.size() - 5], "Total leaves: 97862");
+}
+
+TEST(DivideDriver, WithoutLegalMovesPrintsOnlyTheReport) {
+  auto board = boardFrom("7k/5Q2/6K1/8/8/8/8/8 b - - 0 1");
+  PerftTable table;
+  SearchClock clock;
+  const auto lines = run(runDivide, *board, table, 2, clock);
+  ASSERT_EQ(lines.size(), 6u);
+  expectReportTail({lines.begin() + 1, lines.end()}, "", 0, 1);
+}
+
+TEST(PerftDriver, RootInCheckCountsOnlyEvasions) {
+  // Each side in turn stands in check at the root: a king beside an enemy rook.
+  for (const char* fen : {"4k3/8/8/8/8/8/4r3/4K3 w - - 0 1", "4k3/4R3/8/8/8/8/8/4K3 b - - 0 1"}) {
+    auto board = boardFrom(fen);
+    PerftTable table;
+    SearchClock clock;
+    const auto lines = run(runPerft, *board, table, 1, clock);
+    EXPECT_EQ(lines[1], "# Total leaves: 3") << fen;
+  }
+}
+
+void expectSamePosition(const Board_0x88& a, const Board_0x88& b) {
+  EXPECT_EQ(0, std::memcmp(a.pieceOn, b.pieceOn, sizeof a.pieceOn));
+  EXPECT_EQ(0, std::memcmp(a.colorOn, b.colorOn, sizeof a.colorOn));
+  EXPECT_EQ(0, std::memcmp(a.slotOn, b.slotOn, sizeof a.slotOn));
+  EXPECT_EQ(0, std::memcmp(a.pieceList, b.pieceList, sizeof a.pieceList));
+  EXPECT_EQ(0, std::memcmp(a.pieceCount, b.pieceCount, sizeof a.pieceCount));
+  EXPECT_EQ(a.castlingRights, b.castlingRights);
+  EXPECT_EQ(a.epSquare, b.epSquare);
+  EXPECT_EQ(a.halfmoveClock, b.halfmoveClock);
+  EXPECT_EQ(a.sideToMove, b.sideToMove);
+  EXPECT_EQ(a.historyIndex, b.historyIndex);
+  EXPECT_EQ(a.lightIndex, b.lightIndex);
+  EXPECT_EQ(a.key(), b.key());
+  EXPECT_EQ(a.pawnKey(), b.pawnKey());
+  EXPECT_EQ(a.lightKeys[a.lightIndex], b.key());
+  EXPECT_EQ(a.psq[White], b.psq[White]);
+  EXPECT_EQ(a.psq[Black], b.psq[Black]);
+}
+
+TEST(PerftDriver, LeavesTheBoardAsItFoundIt) {
+  // En passant, castling and promotions all get made and unmade below these roots.
+  for (const char* fen : {Kiwipete, "rnbqkb1r/ppppp1pp/7n/4Pp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3",
+                          "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8"}) {
+    auto board = boardFrom(fen);
+    play(*board, {"a2a3", "h8g8"});
+    auto before = std::make_unique<Board_0x88>();
+    *before = *board;
+    PerftTable table;
+    SearchClock clock;
+    run(runPerft, *board, table, 3, clock);
+    expectSamePosition(*board, *before);
+    run(runDivide, *board, table, 3, clock);
+    expectSamePosition(*board, *before);
+  }
+}
+
+TEST(PerftDriver, RebuildsStaleKeysBeforeTheRun) {
+  auto board = boardFrom(Kiwipete);
+  const Key truth = board->key();
+  const Key pawnTruth = board->pawnKey();
+  board->history[board->historyIndex].key ^= 0x5555;
+  board->history[board->historyIndex].pawnKey ^= 0x5555;
+  board->lightKeys[board->lightIndex] = 0;
+  PerftTable table;
+  SearchClock clock;
+  run(runPerft, *board, table, 2, clock);
+  EXPECT_EQ(board->key(), truth);
+  EXPECT_EQ(board->pawnKey(), pawnTruth);
+  EXPECT_EQ(board->lightKeys[board->lightIndex], truth);
+}
+
+TEST(PerftTable, StaysExactWhenEveryPositionFightsForOneCluster) {
+  // A size of 0 MB leaves a single cluster of four, so nearly every store replaces something.
+  auto board = boardFrom(Kiwipete);
+  PerftTable table;
+  std::ostringstream ignored;
+  preparePerftHash(table, 0, ignored);
+  ASSERT_EQ(table.entryCount, 4u);
+  std::uint64_t nodes = 0;
+  EXPECT_EQ(perftFromRoot(nodes, *board, table, 4), 4085603u);
+}
+
+}  // namespace
+}  // namespace torvy::testing

@@ -1,0 +1,42 @@
+// The built-in suite passes here, and its report keeps the shape people and scripts read.
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "diagnostics/self_test.h"
+
+namespace torvy {
+namespace {
+
+TEST(SelfTest, AllRowsPassAndTheReportKeepsItsShape) {
+  Board_0x88 board;
+  PerftTable table;
+  std::ostringstream out;
+  const SelfTestResult result = runSelfTest(board, table, 64, out);
+  EXPECT_EQ(result.passed, 18u);
+  EXPECT_EQ(result.failed, 0u);
+
+  std::vector<std::string> lines;
+  std::istringstream in(out.str());
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  ASSERT_EQ(lines.size(), 1u + 18u + 2u);
+  EXPECT_EQ(lines.front(), "# new size of Perft hash: 64 MB");
+
+  // The table's own numbers: 7 and 13 are never printed.
+  const std::regex row("# Self-test no\\. ([0-9]+) passed: n=([0-9]+), t=[0-9]+, lps=[0-9]+, nps=[0-9]+");
+  const int numbers[] = {1, 2, 3, 4, 5, 6, 8, 9, 10, 11, 12, 14, 15, 16, 17, 18, 19, 20};
+  for (int i = 0; i < 18; ++i) {
+    std::smatch match;
+    ASSERT_TRUE(std::regex_match(lines[1 + i], match, row)) << lines[1 + i];
+    EXPECT_EQ(std::stoi(match[1]), numbers[i]);
+  }
+  EXPECT_EQ(lines[lines.size() - 2], "18 tests passed, 0 tests failed, 0 tests skipped, total 18 tests run:");
+  EXPECT_TRUE(std::regex_match(lines.back(), std::regex("n=[0-9]+, t=[0-9]+, lps=[0-9]+, nps=[0-9]+")))
+      << lines.back();
+}
+
+}  // namespace
+}  // namespace torvy
