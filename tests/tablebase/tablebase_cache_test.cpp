@@ -1,0 +1,195 @@
+#include "tablebase/tablebase_cache.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "tablebase/table_fixtures.h"
+
+namespace torvy {
+namespace {
+
+using test::Bytes;
+
+constexpr std::uint64_t MB = 1 << 20;
+constexpr int WhiteToMove = 0;
+constexpr int BlackToMove = 1;
+
+// The stored byte of each position in the hand-made tables, different per side and block.
+std::uint8_t storedByte(int side, std::uint32_t index) { return std::uint8_t((index * 5 + side * 77) % 250); }
+
+// A kqk table in the stored scheme (its blocks read back as written) in a scratch folder.
+class TablebaseCacheTest : public ::testing::Test {
+ protected:
+  static constexpr CompressionScheme Scheme = CompressionScheme::Stored;
+
+  void SetUp() override {
+    const std::uint32_t maxIndex = Endgames[kqk].maxIndex;
+    std::vector<Bytes> blocks;
+    for (int side = 0; side < 2; ++side)
+      for (std::uint32_t base = 0; base < maxIndex; base += ValuesPerBlock) {
+        Bytes block{0};
+        for (std::uint32_t i = base; i < base + valuesInBlock(base, maxIndex); ++i) block.push_back(storedByte(side, i));
+        blocks.push_back(block);
+      }
+    test::writeFile(tablebaseFileName(scratch.string(), "kqk", Scheme).data(), test::tableFile(blocks));
+    // krk exists but its second block is damaged: empty.
+    test::writeFile(tablebaseFileName(scratch.string(), "krk", Scheme).data(),
+                    test::tableFile({blocks[0], {}, blocks[2], blocks[3]}));
+    files.open({scratch.string()}, Scheme, 8, false);
+  }
+
+  static DtmValue expected(int side, std::uint32_t index) { return StoredByteValues[side][storedByte(side, index)]; }
+
+  bool hardProbe(int endgame, int side, std::uint32_t index) {
+    DtmValue word = 0;
+    const bool found = cache.getDtm(endgame, side, index, true, word);
+    EXPECT_TRUE(!found || word == expected(side, index)) << "index " << index;
+    return found;
+  }
+
+  bool softProbe(int endgame, int side, std::uint32_t index) {
+    DtmValue word = 0;
+    const bool found = cache.getDtm(endgame, side, index, false, word);
+    EXPECT_TRUE(!found || word == expected(side, index)) << "index " << index;
+    return found;
+  }
+
+  const int kqk = findEndgame("kqk");
+  const int krk = findEndgame("krk");
+  test::ScratchFolder scratch;
+  TablebaseFiles files;
+  TablebaseCache cache{files};
+};
+
+TEST_F(TablebaseCacheTest, SplitsItsMemoryBetweenTheTwoCaches) {
+  cache.initCache(16 * MB, 96);
+  EXPECT_EQ(cache.wdlCache().maxBlocks(), 3072u);
+  EXPECT_EQ(cache.dtmCache().maxBlocks(), 128u);
+
+  cache.initCache(0, 96);
+  EXPECT_TRUE(cache.dtmCache().enabled());
+  EXPECT_EQ(cache.dtmCache().maxBlocks(), 1u) << "a compressed table needs one block to decode into";
+  EXPECT_FALSE(cache.wdlCache().enabled());
+  EXPECT_TRUE(hardProbe(kqk, WhiteToMove, 5));
+
+  cache.initCache(4 * MB, 200);
+  EXPECT_EQ(cache.wdlCache().maxBlocks(), 1024u) << "the fraction stops at 128 of 128";
+
+  files.open({scratch.string()}, CompressionScheme::Uncompressed, 8, false);
+  cache.initCache(0, 96);
+  EXPECT_FALSE(cache.dtmCache().enabled());
+  DtmValue word = 0;
+  EXPECT_FALSE(cache.getDtm(kqk, WhiteToMove, 5, true, word));
+  EXPECT_EQ(cache.diskStatistics().failedReads, 1u);
+}
+
+TEST_F(TablebaseCacheTest, SoftProbesHitOnlyWhatHardProbesRead) {
+  cache.initCache(MB, 0);
+  EXPECT_FALSE(softProbe(kqk, WhiteToMove, 100));
+  EXPECT_EQ(cache.dtmCache().usedBlocks(), 0u);
+  EXPECT_EQ(cache.diskStatistics().blocksRead, 0u);
+
+  EXPECT_TRUE(hardProbe(kqk, WhiteToMove, 100));
+  EXPECT_TRUE(softProbe(kqk, WhiteToMove, 16383));
+  EXPECT_FALSE(softProbe(kqk, WhiteToMove, 16384)) << "the next block";
+  EXPECT_FALSE(softProbe(kqk, BlackToMove, 100)) << "the other side to move";
+  EXPECT_TRUE(hardProbe(kqk, BlackToMove, 29567));
+  EXPECT_TRUE(softProbe(kqk, BlackToMove, 16384));
+
+  const CacheStatistics& statistics = cache.dtmCache().statistics;
+  EXPECT_EQ(statistics.hard, 2u);
+  EXPECT_EQ(statistics.soft, 5u);
+  EXPECT_EQ(statistics.hits, 2u);
+  EXPECT_EQ(statistics.softMisses, 3u);
+  EXPECT_EQ(statistics.hardMisses, 2u);
+  EXPECT_EQ(cache.diskStatistics().blocksRead, 2u);
+  EXPECT_EQ(cache.diskStatistics().bytesRead, 16385u + 13185u);
+
+  cache.flushCache();
+  EXPECT_FALSE(softProbe(kqk, WhiteToMove, 100));
+  EXPECT_EQ(cache.dtmCache().statistics.soft, 1u);
+}
+
+TEST_F(TablebaseCacheTest, ASingleBlockIsReplacedByEachOtherBlock) {
+  cache.initCache(0, 0);
+  for (std::uint32_t index : {0u, 20000u, 1u, 20001u}) {
+    EXPECT_TRUE(hardProbe(kqk, WhiteToMove, index));
+    EXPECT_EQ(cache.dtmCache().usedBlocks(), 1u);
+  }
+  EXPECT_EQ(cache.diskStatistics().blocksRead, 4u);
+  EXPECT_TRUE(softProbe(kqk, WhiteToMove, 16384));
+  EXPECT_FALSE(softProbe(kqk, WhiteToMove, 0));
+}
+
+TEST_F(TablebaseCacheTest, EvictsTheLeastRecentlyUsedBlock) {
+  cache.initCache(3 * TablebaseCache::DtmBlockBytes, 0);
+  ASSERT_EQ(cache.dtmCache().maxBlocks(), 3u);
+  EXPECT_TRUE(hardProbe(kqk, WhiteToMove, 0));
+  EXPECT_TRUE(hardProbe(kqk, WhiteToMove, 16384));
+  EXPECT_TRUE(hardProbe(kqk, BlackToMove, 0));
+  EXPECT_TRUE(softProbe(kqk, WhiteToMove, 7));  // the oldest is used again
+  EXPECT_TRUE(hardProbe(kqk, BlackToMove, 16384));
+  EXPECT_FALSE(softProbe(kqk, WhiteToMove, 16390)) << "now the oldest, so replaced";
+  EXPECT_TRUE(softProbe(kqk, WhiteToMove, 8));
+  EXPECT_TRUE(softProbe(kqk, BlackToMove, 8));
+  EXPECT_EQ(cache.dtmCache().top()->side, std::uint32_t(BlackToMove));
+  EXPECT_EQ(cache.dtmCache().bottom()->offset, 16384u);
+}
+
+TEST_F(TablebaseCacheTest, FailedReadsLeaveNoBlockAndDisturbNothing) {
+  cache.initCache(2 * TablebaseCache::DtmBlockBytes, 0);
+  EXPECT_TRUE(hardProbe(krk, WhiteToMove, 3));
+  EXPECT_FALSE(hardProbe(krk, WhiteToMove, 16384 + 3)) << "the damaged block";
+  EXPECT_FALSE(hardProbe(kqk, WhiteToMove, 29568)) << "past maxIndex";
+  EXPECT_FALSE(hardProbe(findEndgame("kbk"), WhiteToMove, 0)) << "no file";
+  EXPECT_EQ(cache.diskStatistics().failedReads, 3u);
+  EXPECT_EQ(cache.dtmCache().usedBlocks(), 2u);
+  EXPECT_TRUE(cache.dtmCache().top()->empty()) << "the failed slot is taken again next";
+  EXPECT_TRUE(softProbe(krk, WhiteToMove, 3));
+  EXPECT_FALSE(softProbe(krk, WhiteToMove, 16384 + 3));
+  EXPECT_TRUE(hardProbe(kqk, BlackToMove, 3));
+  EXPECT_EQ(cache.dtmCache().usedBlocks(), 2u);
+  EXPECT_TRUE(softProbe(krk, WhiteToMove, 3));
+}
+
+TEST_F(TablebaseCacheTest, WinDrawLossCacheIsFilledFromTheDistanceBlock) {
+  cache.initCache(MB, 64);
+  unsigned code = 9;
+  EXPECT_FALSE(cache.getWdl(kqk, WhiteToMove, 77, false, code));
+  EXPECT_TRUE(cache.getWdl(kqk, WhiteToMove, 77, true, code));
+  EXPECT_EQ(code, dtmCode(expected(WhiteToMove, 77)) & 3);
+  EXPECT_EQ(cache.wdlCache().usedBlocks(), 1u);
+
+  cache.flushCache();  // empties both; refill the win/draw/loss block alone
+  EXPECT_TRUE(cache.getWdl(kqk, BlackToMove, 16384, true, code));
+  DtmValue word = 0;
+  for (std::uint32_t index = 16384; index < 29568; ++index) {
+    ASSERT_TRUE(cache.getWdl(kqk, BlackToMove, index, false, code));
+    ASSERT_EQ(code, dtmCode(expected(BlackToMove, index)) & 3) << index;
+  }
+  EXPECT_EQ(cache.wdlCache().statistics.hits, 29568u - 16384u);
+  EXPECT_TRUE(cache.lookupDtm(kqk, BlackToMove, 16384, word));
+}
+
+// The words of the real kqk table: the longest win with White to move takes 19 plies.
+class InstalledTableCacheTest : public test::InstalledTablesTest {};
+
+TEST_F(InstalledTableCacheTest, LongestQueenMateIsTenMoves) {
+  TablebaseFiles files;
+  files.open({test::installedTableFolder(4).string()}, CompressionScheme::Lzma, 8, false);
+  TablebaseCache cache(files);
+  cache.initCache(0, 96);
+  const int kqk = findEndgame("kqk");
+  unsigned longest = 0;
+  for (std::uint32_t index = 0; index < Endgames[kqk].maxIndex; ++index) {
+    DtmValue word = 0;
+    ASSERT_TRUE(cache.getDtm(kqk, WhiteToMove, index, true, word));
+    if (dtmCode(word) == WhiteMatesCode) longest = std::max(longest, dtmPlies(word));
+  }
+  EXPECT_EQ(longest, 19u);
+  EXPECT_EQ(cache.diskStatistics().blocksRead, 2u);
+}
+
+}  // namespace
+}  // namespace torvy
