@@ -3,6 +3,7 @@
 #pragma once
 
 #include "board/board.h"
+#include "eval/eval_term.h"
 #include "eval/material.h"
 
 namespace torvy {

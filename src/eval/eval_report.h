@@ -23,6 +23,11 @@ class EvalReport {
     scale_ = scale;
   }
 
+  ScorePair term(EvalTerm term, Color c) const {
+    const Row& row = rows_[std::size_t(term)];
+    return c == White ? row.white : row.black;
+  }
+
   // The rows, then phase, scale and the total, positive when White stands better.
   void print(std::ostream& out, int whiteScore) const;
 

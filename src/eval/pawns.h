@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "board/board.h"
+#include "eval/eval_term.h"
 #include "eval/material.h"
 #include "eval/packed_score.h"
 #include "eval/pawn_hash.h"

@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <random>
 #include <sstream>
 #include <string>
 
 #include "board/fen.h"
+#include "board/movegen.h"
+#include "eval/eval_report.h"
 #include "eval/evaluate.h"
 #include "eval/pawn_hash.h"
 
@@ -33,7 +36,49 @@ class EvalFixture : public ::testing::Test {
     return evaluate(board, pawnHash, alpha, beta);
   }
 
+  // The terms of the position as the report books them.
+  EvalReport terms(const char* fen) {
+    setUp(fen);
+    EvalReport report;
+    evaluateWith(board, pawnHash, -32000, 32000, report);
+    return report;
+  }
+
+  // Plays games of random legal moves from the start position and shows each position to visit.
+  template <class Visit>
+  void playRandomGames(int games, unsigned seed, Visit visit) {
+    std::mt19937 random(seed);
+    for (int game = 0; game < games; ++game) {
+      setStartPosition(board);
+      for (int ply = 0; ply < 300 && board.halfmoveClock < 100; ++ply) {
+        MoveList moves;
+        generateLegalMoves(board, moves);
+        if (moves.count == 0) break;
+        const Move m = moves[random() % moves.count];
+        UndoRecord undo;
+        if (board.sideToMove == White)
+          board.makeMove<White>(m, undo);
+        else
+          board.makeMove<Black>(m, undo);
+        visit(board);
+      }
+    }
+  }
+
+  // The same position with the board turned upside down and the colours swapped.
+  static void setMirror(const Board_0x88& from, Board_0x88& to) {
+    to.clear();
+    for (Color c : {White, Black})
+      for (Square88 s : from.pieceList[c])
+        if (onBoard(s)) to.addPiece(Square88(s ^ 0x70), from.pieceOn[s], opposite(c));
+    to.sideToMove = opposite(from.sideToMove);
+    to.halfmoveClock = from.halfmoveClock;
+    to.history[0].key = to.computeKey();
+    to.history[0].pawnKey = to.computePawnKey();
+  }
+
   Board_0x88 board;
+  PawnHashTable pawnHash;
 
  private:
   void placeMen(const char* fen) {
@@ -60,8 +105,6 @@ class EvalFixture : public ::testing::Test {
     board.history[0].key = board.computeKey();
     board.history[0].pawnKey = board.computePawnKey();
   }
-
-  PawnHashTable pawnHash;
 };
 
 }  // namespace torvy
