@@ -9,6 +9,9 @@
 
 namespace torvy {
 
+// Input lines of this many bytes or more arrive in pieces.
+constexpr std::size_t LineBufferSize = 1024;
+
 // One line into the buffer, without its line feed, carriage return and trailing blanks; false at
 // end of input. A line longer than the buffer arrives as several lines.
 bool readLine(char* buffer, std::size_t size, std::FILE* stream);

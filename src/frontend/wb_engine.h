@@ -16,9 +16,6 @@ namespace torvy {
 constexpr const char* ProgramName = "Torvy";
 constexpr const char* ProgramVersion = "0.6.51";
 
-// Lines longer than this arrive in pieces.
-constexpr std::size_t LineBufferSize = 1024;
-
 class WBEngine final : public EngineInterface {
  public:
   WBEngine(std::ostream& out, std::FILE* in);

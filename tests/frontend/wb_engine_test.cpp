@@ -58,14 +58,6 @@ TEST_F(WBEngineTest, TimeCountsTheFullMovesOfTheRecord) {
   EXPECT_EQ(engine->clock.accumulated, 12000 + 300 - 5000);
 }
 
-TEST_F(WBEngineTest, DepthLimit) {
-  EXPECT_FALSE(engine->dispatch("sd -1"));
-  EXPECT_FALSE(engine->clock.depthLimited);
-  EXPECT_TRUE(engine->dispatch("sd 0"));
-  EXPECT_TRUE(engine->clock.depthLimited);
-  EXPECT_EQ(engine->clock.maxDepth, 0u);
-}
-
 TEST_F(WBEngineTest, NewAndForceAndUserMovesHandTheSides) {
   ASSERT_TRUE(engine->dispatch("new"));
   EXPECT_EQ(engine->engineColor, Black);

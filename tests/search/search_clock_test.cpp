@@ -32,41 +32,5 @@ TEST(SearchClock, RemainingTimeReplacesTheUsedTime) {
   EXPECT_EQ(clock.accumulated, 30000 + 11 * 100 + 500);
 }
 
-TEST(SearchClock, StoppingAddsTheRunningTimeOnce) {
-  SearchClock clock;
-  clock.accumulated = 70;
-  clock.stopClock();
-  EXPECT_EQ(clock.accumulated, 70);
-  clock.startClock();
-  EXPECT_TRUE(clock.running);
-  EXPECT_EQ(clock.searchStart, 70);
-  clock.stopClock();
-  EXPECT_FALSE(clock.running);
-  EXPECT_GE(clock.accumulated, 70);
-  EXPECT_EQ(clock.elapsed(), clock.accumulated);
-}
-
-TEST(SearchClock, NewGameResetsAllButTheDepth) {
-  SearchClock clock;
-  clock.startClock();
-  clock.accumulated = 900;
-  clock.movesPerSession = 0;
-  clock.timePerSession = 100;
-  clock.increment = 5;
-  clock.timeLimited = false;
-  clock.depthLimited = true;
-  clock.maxDepth = 7;
-  clock.resetForNewGame();
-  EXPECT_FALSE(clock.running);
-  EXPECT_EQ(clock.accumulated, 0);
-  EXPECT_EQ(clock.startStamp, 0);
-  EXPECT_EQ(clock.movesPerSession, 40u);
-  EXPECT_EQ(clock.timePerSession, 30000u);
-  EXPECT_EQ(clock.increment, 0u);
-  EXPECT_TRUE(clock.timeLimited);
-  EXPECT_FALSE(clock.depthLimited);
-  EXPECT_EQ(clock.maxDepth, 7u);
-}
-
 }  // namespace
 }  // namespace torvy
