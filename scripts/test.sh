@@ -4,7 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh --tests
-[ -x scripts/fetch-book-fixture.sh ] && scripts/fetch-book-fixture.sh fixtures
+# The real-book tests skip when the fixture cannot be had.
+scripts/fetch-book-fixture.sh fixtures || echo "book fixture not available"
 
 jobs=$(nproc)
 run_suite() {
