@@ -28,17 +28,18 @@ constexpr std::array<std::uint8_t, 64> shelterTable = makeShelterTable();
 }  // namespace
 
 unsigned shelterPattern(SquareSet ownPawns, Square88 kingSquare, Color color) {
-  const int kingFile = fileOf(kingSquare);
+  const int file = fileOf(kingSquare);
+  const unsigned offBoard = (file == 0 ? 1u : 0u) | (file == 7 ? 4u : 0u);
   unsigned pattern = 0;
   for (int row = 0; row < 2; ++row) {
     const int relative = relativeRank(color, kingSquare) + 1 + row;
-    const int rank = color == White ? relative : 7 - relative;
-    for (int i = 0; i < 3; ++i) {
-      const int file = kingFile - 1 + i;
-      const bool covered =
-          relative >= 7 || file < 0 || file > 7 || (ownPawns & bitOf(file, rank)) != 0;
-      if (covered) pattern |= 1u << (row * 3 + i);
+    unsigned covered = 7;
+    if (relative < 7) {
+      // Bit 0 is file - 1; what the shift brings in from beyond the rim is overwritten.
+      const int rank = color == White ? relative : 7 - relative;
+      covered = (unsigned((ownPawns << 1) >> (rank * 8 + file)) & 7) | offBoard;
     }
+    pattern |= covered << (row * 3);
   }
   return pattern;
 }

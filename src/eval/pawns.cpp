@@ -54,14 +54,33 @@ void collectPawns(PawnInfo& info, const Board_0x88& board) {
   }
 }
 
+// The pawns of Us with no enemy pawn ahead on their own or a neighbouring file: the enemy pawns
+// spread backwards from Us's side and sideways, which is passedMask seen from the other end.
 template <Color Us>
 SquareSet passedPawns(const PawnInfo& info) {
-  SquareSet passed = 0;
-  for (SquareSet set = info.pawns[Us]; set; set &= set - 1) {
-    const int s = std::countr_zero(set);
-    if ((passedMask[Us][s] & info.pawns[Us ^ 1]) == 0) passed |= SquareSet(1) << s;
+  constexpr SquareSet FileA = 0x0101010101010101;
+  constexpr SquareSet FileH = FileA << 7;
+  SquareSet span = info.pawns[Us ^ 1];
+  if constexpr (Us == White) {
+    span >>= 8;
+    span |= span >> 8;
+    span |= span >> 16;
+    span |= span >> 32;
+  } else {
+    span <<= 8;
+    span |= span << 8;
+    span |= span << 16;
+    span |= span << 32;
   }
-  return passed;
+  span |= (span & ~FileH) << 1 | (span & ~FileA) >> 1;
+  return info.pawns[Us] & ~span;
+}
+
+// Few bits, and no library call.
+constexpr std::uint8_t bitCount(std::uint8_t x) {
+  x = std::uint8_t(x - ((x >> 1) & 0x55));
+  x = std::uint8_t((x & 0x33) + ((x >> 2) & 0x33));
+  return std::uint8_t((x + (x >> 4)) & 0x0F);
 }
 
 }  // namespace
@@ -86,8 +105,8 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
                         info.halfOpenFiles};
     entry.store(key, data);
   }
-  info.openFileCount = std::uint8_t(std::popcount(info.openFiles));
-  info.halfOpenFileCount = std::uint8_t(std::popcount(info.halfOpenFiles));
+  info.openFileCount = bitCount(info.openFiles);
+  info.halfOpenFileCount = bitCount(info.halfOpenFiles);
   info.passed[White] = passedPawns<White>(info);
   info.passed[Black] = passedPawns<Black>(info);
   return data.structure;

@@ -1,5 +1,9 @@
 #include "eval/pieces.h"
 
+#include <array>
+#include <iterator>
+#include <utility>
+
 #include "board/geometry.h"
 #include "eval/eval_report.h"
 #include "eval/tropism.h"
@@ -8,15 +12,21 @@ namespace torvy {
 
 namespace {
 
-struct MobilityWeights {
-  ScorePair perSquare;
-  ScorePair none;  // a piece that can't move at all
-};
+// By the number of squares a piece can go to; a piece that can't move at all pays extra.
+constexpr int MaxMobility = 28;
+using MobilityTable = std::array<ScorePair, MaxMobility>;
+
+constexpr MobilityTable makeMobilityTable(ScorePair perSquare, ScorePair none) {
+  MobilityTable table{};
+  table[0] = none;
+  for (int m = 1; m < MaxMobility; ++m) table[m] = scaled(perSquare, m);
+  return table;
+}
 // Rooks lose in the middle game for each free square; their value comes from files there.
-constexpr MobilityWeights knightMobility = {{4, 8}, {-13, -55}};
-constexpr MobilityWeights bishopMobility = {{10, 6}, {-10, -20}};
-constexpr MobilityWeights rookMobility = {{-2, 13}, {-15, -30}};
-constexpr MobilityWeights queenMobilityWeights = {{4, 13}, {-30, -60}};
+constexpr MobilityTable knightMobility = makeMobilityTable({4, 8}, {-13, -55});
+constexpr MobilityTable bishopMobility = makeMobilityTable({10, 6}, {-10, -20});
+constexpr MobilityTable rookMobility = makeMobilityTable({-2, 13}, {-15, -30});
+constexpr MobilityTable queenMobilityTable = makeMobilityTable({4, 13}, {-30, -60});
 
 // By the number of open files on the board, and of open and half-open files together.
 constexpr ScorePair rookOpenFile[9] = {{0, 0},  {68, 42},  {88, 20},  {86, 9}, {82, -2},
@@ -31,27 +41,30 @@ struct OpenFileWeights {
 constexpr OpenFileWeights rookNearKing = {{83, 36}, {54, -21}};
 constexpr OpenFileWeights queenNearKing = {{16, 111}, {7, 39}};
 
-ScorePair mobilityScore(int m, const MobilityWeights& weights) {
-  return m == 0 ? weights.none : scaled(weights.perSquare, m);
+// Empty squares along the ray, and the enemy man that ends it.
+template <int Delta>
+int rayMobility(const Board_0x88& board, Square88 s, Color us) {
+  int m = 0;
+  int t = s + Delta;
+  for (; onBoard(t) && board.pieceOn[t] == NoPiece; t += Delta) ++m;
+  return m + (onBoard(t) && board.colorOn[t] != us);
 }
 
-// Empty squares along each ray, and the enemy man that ends it.
-template <int N>
-int sliderMobility(const Board_0x88& board, Square88 s, Color us, const int (&deltas)[N]) {
-  int m = 0;
-  for (int d : deltas) {
-    int t = s + d;
-    for (; onBoard(t) && board.pieceOn[t] == NoPiece; t += d) ++m;
-    if (onBoard(t) && board.colorOn[t] != us) ++m;
-  }
-  return m;
+// The rays are unrolled, so that each step is a constant.
+template <const auto& Deltas, std::size_t... I>
+int sliderMobility(const Board_0x88& board, Square88 s, Color us, std::index_sequence<I...>) {
+  return (rayMobility<Deltas[I]>(board, s, us) + ...);
+}
+template <const auto& Deltas>
+int sliderMobility(const Board_0x88& board, Square88 s, Color us) {
+  return sliderMobility<Deltas>(board, s, us, std::make_index_sequence<std::size(Deltas)>());
 }
 
 int knightTargets(const Board_0x88& board, Square88 s, Color us) {
   int m = 0;
   for (int d : knightDeltas) {
     const int t = s + d;
-    if (onBoard(t) && board.colorOn[t] != us) ++m;
+    m += onBoard(t) && board.colorOn[t] != us;
   }
   return m;
 }
@@ -69,17 +82,10 @@ ScorePair rookFile(int file, int enemyKingFile, const PawnInfo& info) {
   return ScorePair{};
 }
 
-// A pawn that has passed the enemy king's rank no longer bears on it.
-template <Color Us>
-bool bearsOnKing(PieceType type, Square88 s, Square88 enemyKing) {
-  if (type != Pawn) return true;
-  return Us == White ? rankOf(s) <= rankOf(enemyKing) : rankOf(s) >= rankOf(enemyKing);
-}
-
 }  // namespace
 
 PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color) {
-  return pack(mobilityScore(sliderMobility(board, square, color, kingDeltas), queenMobilityWeights));
+  return pack(queenMobilityTable[sliderMobility<kingDeltas>(board, square, color)]);
 }
 
 template <Color Us, class Book>
@@ -91,19 +97,22 @@ PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, Book& book
     total += value;
     book.add(term, Us, value);
   };
+  credit(EvalTerm::KingTropism, pawnTropism(Us, info.pawns[Us], enemyKing));
   for (Square88 s : board.pieceList[Us]) {
     if (!onBoard(s)) continue;
     const PieceType type = board.pieceOn[s];
     switch (type) {
+      case Pawn:
+        continue;
       case Knight:
-        credit(EvalTerm::Knights, mobilityScore(knightTargets(board, s, Us), knightMobility));
+        credit(EvalTerm::Knights, knightMobility[knightTargets(board, s, Us)]);
         break;
       case Bishop:
-        credit(EvalTerm::Bishops, mobilityScore(sliderMobility(board, s, Us, bishopDeltas), bishopMobility));
+        credit(EvalTerm::Bishops, bishopMobility[sliderMobility<bishopDeltas>(board, s, Us)]);
         break;
       case Rook:
-        credit(EvalTerm::Rooks, mobilityScore(sliderMobility(board, s, Us, rookDeltas), rookMobility) +
-                                    rookFile(fileOf(s), enemyKingFile, info));
+        credit(EvalTerm::Rooks,
+               rookMobility[sliderMobility<rookDeltas>(board, s, Us)] + rookFile(fileOf(s), enemyKingFile, info));
         break;
       case Queen: {
         ScorePair value = unpack(queenMobility(board, s, Us));
@@ -114,7 +123,7 @@ PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, Book& book
       default:
         break;
     }
-    if (bearsOnKing<Us>(type, s, enemyKing)) credit(EvalTerm::KingTropism, tropism(type, s, enemyKing));
+    credit(EvalTerm::KingTropism, tropism(type, s, enemyKing));
   }
   return pack(total);
 }

@@ -8,6 +8,7 @@
 
 #include "board/types.h"
 #include "eval/packed_score.h"
+#include "eval/pawn_masks.h"
 
 namespace torvy {
 
@@ -55,11 +56,57 @@ constexpr TropismTable makeTropismTable() {
 }
 inline constexpr TropismTable tropismTable = makeTropismTable();
 
+using TropismScores = std::array<std::array<ScorePair, 128>, 7>;
+
+constexpr TropismScores makeTropismScores() {
+  TropismScores scores{};
+  for (PieceType t = Pawn; t <= King; ++t)
+    for (int d = 0; d < 128; ++d) scores[t][d] = scaled(tropismWeight[t], tropismTable[t][d]);
+  return scores;
+}
+inline constexpr TropismScores tropismScores = makeTropismScores();
+
+// Where a pawn of the colour bears on the ring of a king on each Square64, with table value 1
+// and 2. A pawn that has passed the king's rank bears on nothing.
+struct PawnTropismMasks {
+  SquareSet once;
+  SquareSet twice;
+};
+using PawnTropismTable = std::array<std::array<PawnTropismMasks, 64>, 2>;
+
+constexpr PawnTropismTable makePawnTropismTable() {
+  PawnTropismTable table{};
+  for (Color c : {White, Black})
+    for (int king = 0; king < 64; ++king)
+      for (int pawn = 8; pawn < 56; ++pawn) {
+        const bool beyond = c == White ? pawn / 8 > king / 8 : pawn / 8 < king / 8;
+        const int d = toSquare88(Square64(pawn)) - toSquare88(Square64(king));
+        const int value = beyond ? 0 : tropismTable[Pawn][d < 0 ? -d : d];
+        if (value == 1) table[c][king].once |= SquareSet(1) << pawn;
+        if (value == 2) table[c][king].twice |= SquareSet(1) << pawn;
+      }
+  return table;
+}
+inline constexpr PawnTropismTable pawnTropismTable = makePawnTropismTable();
+
+// Sets of pawns have few members.
+constexpr int sparseCount(SquareSet set) {
+  int n = 0;
+  for (; set; set &= set - 1) ++n;
+  return n;
+}
+
 }  // namespace detail
 
 inline ScorePair tropism(PieceType type, Square88 square, Square88 enemyKingSquare) {
-  const int d = std::abs(int(square) - int(enemyKingSquare));
-  return scaled(detail::tropismWeight[type], detail::tropismTable[type][d]);
+  return detail::tropismScores[type][std::abs(int(square) - int(enemyKingSquare))];
+}
+
+// The tropism of all pawns of the colour at once.
+inline ScorePair pawnTropism(Color c, SquareSet pawns, Square88 enemyKingSquare) {
+  const detail::PawnTropismMasks& masks = detail::pawnTropismTable[c][toSquare64(enemyKingSquare)];
+  const int value = detail::sparseCount(pawns & masks.once) + 2 * detail::sparseCount(pawns & masks.twice);
+  return scaled(detail::tropismWeight[Pawn], value);
 }
 
 }  // namespace torvy
