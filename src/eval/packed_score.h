@@ -24,6 +24,19 @@ constexpr ScorePair scaled(ScorePair p, int factor) {
   return ScorePair{std::int16_t(p.mg * factor), std::int16_t(p.eg * factor)};
 }
 
+// A running sum in full integers; packing cuts each half to 16 bits, as 16-bit sums would be.
+struct ScoreSum {
+  int mg = 0;
+  int eg = 0;
+
+  constexpr ScoreSum& operator+=(ScorePair p) {
+    mg += p.mg;
+    eg += p.eg;
+    return *this;
+  }
+  constexpr PackedScore packed() const { return pack(ScorePair{std::int16_t(mg), std::int16_t(eg)}); }
+};
+
 // C++ division truncates towards zero, which is the rounding every blend wants.
 constexpr int taper(int mg, int eg, int phase) { return (mg * phase + eg * (MaxPhase - phase)) / MaxPhase; }
 constexpr int taper(ScorePair p, int phase) { return taper(p.mg, p.eg, phase); }

@@ -88,44 +88,71 @@ PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color)
   return pack(queenMobilityTable[sliderMobility<kingDeltas>(board, square, color)]);
 }
 
+namespace {
+
+// What one man earns, with its type known at compile time; credit books each part.
+template <PieceType Type, Color Us, class Credit>
+void scoreMan(const Board_0x88& board, Square88 s, const PawnInfo& info, Square88 enemyKing, Credit& credit) {
+  if constexpr (Type == Knight) {
+    credit(EvalTerm::Knights, knightMobility[knightTargets(board, s, Us)]);
+  } else if constexpr (Type == Bishop) {
+    credit(EvalTerm::Bishops, bishopMobility[sliderMobility<bishopDeltas>(board, s, Us)]);
+  } else if constexpr (Type == Rook) {
+    credit(EvalTerm::Rooks,
+           rookMobility[sliderMobility<rookDeltas>(board, s, Us)] + rookFile(fileOf(s), fileOf(enemyKing), info));
+  } else if constexpr (Type == Queen) {
+    ScorePair value = unpack(queenMobility(board, s, Us));
+    if (info.openFiles >> fileOf(s) & 1) value += openFileNearKing(fileOf(s), fileOf(enemyKing), queenNearKing);
+    credit(EvalTerm::Queens, value);
+  }
+  credit(EvalTerm::KingTropism, tropism(Type, s, enemyKing));
+}
+
+// Slots 0 to 7 belong to one type each, so their men need no dispatch.
+constexpr PieceType ownSlotType[8] = {King, Queen, Rook, Rook, Bishop, Bishop, Knight, Knight};
+constexpr int SharedSlotsBegin = 8;
+constexpr int SlotCount = 16;
+
+template <Color Us, class Credit, std::size_t... Slot>
+void scoreOwnSlots(const Board_0x88& board, const PawnInfo& info, Square88 enemyKing, Credit& credit,
+                   std::index_sequence<Slot...>) {
+  auto scoreSlot = [&]<std::size_t I>() {
+    const Square88 s = board.pieceList[Us][I];
+    if (onBoard(s)) scoreMan<ownSlotType[I], Us>(board, s, info, enemyKing, credit);
+  };
+  (scoreSlot.template operator()<Slot>(), ...);
+}
+
+// Slots 8 to 15: pawns, whose tropism is counted apart, and pieces beyond their own slots.
+template <Color Us, class Credit>
+void scoreSharedSlots(const Board_0x88& board, const PawnInfo& info, Square88 enemyKing, Credit& credit) {
+  for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
+    const Square88 s = board.pieceList[Us][slot];
+    if (!onBoard(s) || board.pieceOn[s] == Pawn) continue;
+    switch (board.pieceOn[s]) {
+      case Knight: scoreMan<Knight, Us>(board, s, info, enemyKing, credit); break;
+      case Bishop: scoreMan<Bishop, Us>(board, s, info, enemyKing, credit); break;
+      case Rook: scoreMan<Rook, Us>(board, s, info, enemyKing, credit); break;
+      case Queen: scoreMan<Queen, Us>(board, s, info, enemyKing, credit); break;
+      default: break;
+    }
+  }
+}
+
+}  // namespace
+
 template <Color Us, class Book>
 PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, Book& book) {
   const Square88 enemyKing = board.kingSquare(Us ^ 1);
-  const int enemyKingFile = fileOf(enemyKing);
-  ScorePair total;
+  ScoreSum total;
   auto credit = [&](EvalTerm term, ScorePair value) {
     total += value;
     book.add(term, Us, value);
   };
   credit(EvalTerm::KingTropism, pawnTropism(Us, info.pawns[Us], enemyKing));
-  for (Square88 s : board.pieceList[Us]) {
-    if (!onBoard(s)) continue;
-    const PieceType type = board.pieceOn[s];
-    switch (type) {
-      case Pawn:
-        continue;
-      case Knight:
-        credit(EvalTerm::Knights, knightMobility[knightTargets(board, s, Us)]);
-        break;
-      case Bishop:
-        credit(EvalTerm::Bishops, bishopMobility[sliderMobility<bishopDeltas>(board, s, Us)]);
-        break;
-      case Rook:
-        credit(EvalTerm::Rooks,
-               rookMobility[sliderMobility<rookDeltas>(board, s, Us)] + rookFile(fileOf(s), enemyKingFile, info));
-        break;
-      case Queen: {
-        ScorePair value = unpack(queenMobility(board, s, Us));
-        if (info.openFiles >> fileOf(s) & 1) value += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
-        credit(EvalTerm::Queens, value);
-        break;
-      }
-      default:
-        break;
-    }
-    credit(EvalTerm::KingTropism, tropism(type, s, enemyKing));
-  }
-  return pack(total);
+  scoreOwnSlots<Us>(board, info, enemyKing, credit, std::make_index_sequence<SharedSlotsBegin>());
+  scoreSharedSlots<Us>(board, info, enemyKing, credit);
+  return total.packed();
 }
 
 template PackedScore pieceTerms<White>(const Board_0x88&, const PawnInfo&, NoBook&);
