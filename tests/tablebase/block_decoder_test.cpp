@@ -112,9 +112,9 @@ class BitWriter {
 
   // The block: the output length, then the bits.
   Bytes block(std::uint32_t length) const {
-    Bytes result;
-    test::appendLittleEndian32(result, length);
-    result.insert(result.end(), bytes_.begin(), bytes_.end());
+    Bytes result(4 + bytes_.size());
+    for (int i = 0; i < 4; ++i) result[i] = std::uint8_t(length >> (8 * i));
+    std::copy(bytes_.begin(), bytes_.end(), result.begin() + 4);
     return result;
   }
 
