@@ -6,20 +6,20 @@
 namespace torvy::testing {
 namespace {
 
-TEST(StartUp, TerminalShowsBannerTablesBoardAndPrompt) {
+TEST(ProtocolStartUp, TerminalShowsBannerTablesBoardAndPrompt) {
   const EngineOutput run = runEngine("");
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_EQ(run.lines, joined({banner(), newTableLines(), startBoard(), {"# Your move: "}}));
 }
 
-TEST(StartUp, PromptFollowsEveryLineUntilXboard) {
+TEST(ProtocolStartUp, PromptFollowsEveryLineUntilXboard) {
   const EngineOutput run = runEngine("ping 1\n\nxboard\nping 2\nping 3\n");
   const Lines expected = joined({banner(), newTableLines(), startBoard(),
                                  {"# Your move: pong 1", "# Your move: # Your move: ", "pong 2", "pong 3"}});
   EXPECT_EQ(run.lines, expected);
 }
 
-TEST(StartUp, CommandLineWarnings) {
+TEST(ProtocolStartUp, CommandLineWarnings) {
   const EngineOutput bad = runEngine("", {"-cores", "0", "-threads", "-cores"});
   const Lines warnings{
       "# warning: found bad argument \"0\" for command line option \"-cores\", must be a positive number",
@@ -33,11 +33,11 @@ TEST(StartUp, CommandLineWarnings) {
   EXPECT_EQ(good.lines[4].rfind("# will now use 1 cores (requested=1, current=0, max=", 0), 0u) << good.lines[4];
 }
 
-TEST(Dispatch, EmptyUnknownAndTabbedLinesAreSilent) {
+TEST(ProtocolDispatch, EmptyUnknownAndTabbedLinesAreSilent) {
   EXPECT_EQ(xboardSession("\nfoo\nfoo bar\nping\t1\nPING 1\n e2e4\ne2e4\nping 2\n"), Lines{"pong 2"});
 }
 
-TEST(Dispatch, ArgumentCountsAreChecked) {
+TEST(ProtocolDispatch, ArgumentCountsAreChecked) {
   const Lines expected{
       "Error (too many arguments, expected at most 0): quit now",
       "# command \"quit now\" returned an error code ",
@@ -54,16 +54,16 @@ TEST(Dispatch, ArgumentCountsAreChecked) {
   EXPECT_EQ(xboardSession("quit now\nlevel 40 5\nlevel\nlevel 40  5 0\nlevel 40 5 0\nping\nping x\n"), expected);
 }
 
-TEST(Dispatch, TrailingBlanksAndCarriageReturnAreStripped) {
+TEST(ProtocolDispatch, TrailingBlanksAndCarriageReturnAreStripped) {
   EXPECT_EQ(xboardSession("ping 5   \r\nping 6\r\nquit \r\nping 7\n"), (Lines{"pong 5", "pong 6"}));
 }
 
-TEST(Dispatch, QuitEndsTheLoopAndEndOfInputToo) {
+TEST(ProtocolDispatch, QuitEndsTheLoopAndEndOfInputToo) {
   EXPECT_EQ(xboardSession("quit\nping 1\n"), Lines{});
   EXPECT_EQ(xboardSession("ping 1"), Lines{"pong 1"});
 }
 
-TEST(Dispatch, AcceptedCommandsWithoutOutput) {
+TEST(ProtocolDispatch, AcceptedCommandsWithoutOutput) {
   EXPECT_EQ(xboardSession("post\nnopost\nbook\nnobook\ntune a\ntune a b\nrandpos\nlevel 40 5:30 2\ntime 100\nsd 0\n"),
             Lines{});
   const Lines expected{
@@ -73,7 +73,7 @@ TEST(Dispatch, AcceptedCommandsWithoutOutput) {
   EXPECT_EQ(xboardSession("sd -1\nlevel 40 1:2:3 0\n"), expected);
 }
 
-TEST(Diagnostics, PerftReportsLeavesAndRefusesDepthBelowOne) {
+TEST(ProtocolPerft, PerftReportsLeavesAndRefusesDepthBelowOne) {
   const Lines lines = xboardSession("perft 1\nperft 0\ndivide x\n");
   ASSERT_GE(lines.size(), 4u);
   EXPECT_EQ(lines.front(), "# new size of Perft hash: 64 MB");

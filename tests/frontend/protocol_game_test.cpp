@@ -25,7 +25,7 @@ const Lines promotionBoard =
 const Lines promotedBoard =
     boardPicture({"k...Q...", "........", "........", "........", "........", "........", "........", "....K..."});
 
-TEST(UserMove, AcceptsLegalMovesAndRefusesBadText) {
+TEST(ProtocolUserMove, AcceptsLegalMovesAndRefusesBadText) {
   const Lines expected = joined({
       {"Error (illegal argument to 'usermove' command): e2", "# command \"usermove e2\" returned an error code "},
       {"Error (illegal move): e2e4x", "# command \"usermove e2e4x\" returned an error code "},
@@ -36,7 +36,7 @@ TEST(UserMove, AcceptsLegalMovesAndRefusesBadText) {
   EXPECT_EQ(xboardSession("usermove e2\nusermove e2e4x\nusermove e2e5\nusermove e2e4\n"), expected);
 }
 
-TEST(UserMove, PromotionNeedsItsPieceLetterInEitherCase) {
+TEST(ProtocolUserMove, PromotionNeedsItsPieceLetterInEitherCase) {
   const Lines refused = {"Error (illegal move): e7e8", "# command \"usermove e7e8\" returned an error code "};
   EXPECT_EQ(xboardSession(promotionSetup + "usermove e7e8\nusermove e7e8q\n"),
             joined({promotionBoard, refused, {"# making user move: e7e8q"}, promotedBoard}));
@@ -44,7 +44,7 @@ TEST(UserMove, PromotionNeedsItsPieceLetterInEitherCase) {
             joined({promotionBoard, {"# making user move: E7E8Q"}, promotedBoard}));
 }
 
-TEST(TakeBack, UndoAndRemoveStopAtTheStartOfTheRecord) {
+TEST(ProtocolTakeBack, UndoAndRemoveStopAtTheStartOfTheRecord) {
   const Lines undoRefused{"# command \"undo\" returned an error code "};
   const Lines removeRefused{"# command \"remove\" returned an error code "};
   const Lines expected = joined({
@@ -58,21 +58,21 @@ TEST(TakeBack, UndoAndRemoveStopAtTheStartOfTheRecord) {
   EXPECT_EQ(xboardSession("undo\nusermove e2e4\nremove\nundo\nundo\n"), expected);
 }
 
-TEST(TakeBack, RemoveTakesBackTwoMoves) {
+TEST(ProtocolTakeBack, RemoveTakesBackTwoMoves) {
   const Lines lines = xboardSession("force\nusermove e2e4\nusermove e7e5\nremove\nundo\n");
   ASSERT_GE(lines.size(), 10u);
   const Lines last(lines.end() - 10, lines.end());
   EXPECT_EQ(last, joined({startBoard(), {"# command \"undo\" returned an error code "}}));
 }
 
-TEST(TakeBack, NeverReachesBehindASetUpPosition) {
+TEST(ProtocolTakeBack, NeverReachesBehindASetUpPosition) {
   const Lines lines = xboardSession("usermove e2e4\n" + promotionSetup + "undo\nusermove e1d1\nundo\nundo\n");
   const Lines tail(lines.end() - 10, lines.end());
   EXPECT_EQ(tail, joined({promotionBoard, {"# command \"undo\" returned an error code "}}));
   EXPECT_EQ(std::count(lines.begin(), lines.end(), "# command \"undo\" returned an error code "), 2);
 }
 
-TEST(SetBoard, BadTextKeepsThePreviousPosition) {
+TEST(ProtocolSetBoard, BadTextKeepsThePreviousPosition) {
   const Lines expected = joined({
       {"# making user move: e2e4"},
       afterE2E4,
@@ -84,7 +84,7 @@ TEST(SetBoard, BadTextKeepsThePreviousPosition) {
             expected);
 }
 
-TEST(SetBoard, FourFieldsAreEnoughAndSevenTooMany) {
+TEST(ProtocolSetBoard, FourFieldsAreEnoughAndSevenTooMany) {
   EXPECT_EQ(xboardSession(promotionSetup.substr(0, promotionSetup.size() - 5) + "\n"), promotionBoard);
   const Lines expected{
       "Error (too many arguments, expected at most 6): setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x",
@@ -93,7 +93,7 @@ TEST(SetBoard, FourFieldsAreEnoughAndSevenTooMany) {
   EXPECT_EQ(xboardSession("setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x\n"), expected);
 }
 
-TEST(GameEnd, CheckmateEndsTheGameUntilUndo) {
+TEST(ProtocolGameEnd, CheckmateEndsTheGameUntilUndo) {
   const Lines lines = xboardSession("force\nusermove f2f3\nusermove e7e5\nusermove g2g4\nusermove d8h4\n"
                                     "usermove a2a3\nundo\nusermove d8e7\n");
   const Lines mated =
@@ -109,7 +109,7 @@ TEST(GameEnd, CheckmateEndsTheGameUntilUndo) {
   EXPECT_TRUE(hasLine(lines, "# making user move: d8e7"));
 }
 
-TEST(GameEnd, WhiteMatesAndStalemateAndBareKings) {
+TEST(ProtocolGameEnd, WhiteMatesAndStalemateAndBareKings) {
   EXPECT_TRUE(hasLine(xboardSession("setboard k7/8/1K6/8/8/8/8/7R w - - 0 1\nusermove h1h8\n"),
                       "1-0 {White wins by checkmate}"));
   const Lines stalemate = xboardSession("setboard k7/2Q5/8/1K6/8/8/8/8 w - - 0 1\nusermove b5b6\nusermove a8a7\n");
@@ -121,7 +121,7 @@ TEST(GameEnd, WhiteMatesAndStalemateAndBareKings) {
                       "1/2-1/2 {Draw by insufficient material}"));
 }
 
-TEST(GameEnd, ThirdRepetitionByUserMovesGoesOn) {
+TEST(ProtocolGameEnd, ThirdRepetitionByUserMovesGoesOn) {
   const std::string shuffle = "usermove g1f3\nusermove g8f6\nusermove f3g1\nusermove f6g8\n";
   const Lines lines = xboardSession("force\n" + shuffle + shuffle + shuffle + "usermove e2e4\n");
   EXPECT_FALSE(anyLineStartsWith(lines, "1/2-1/2"));
@@ -129,7 +129,7 @@ TEST(GameEnd, ThirdRepetitionByUserMovesGoesOn) {
   EXPECT_TRUE(hasLine(lines, "# making user move: e2e4"));
 }
 
-TEST(NewGame, RecreatesTheTablesAndStartsOver) {
+TEST(ProtocolNewGame, RecreatesTheTablesAndStartsOver) {
   const Lines expected = joined({{"# making user move: e2e4"}, afterE2E4, newTableLines(), startBoard(),
                                  {"# command \"undo\" returned an error code "}});
   EXPECT_EQ(xboardSession("usermove e2e4\nnew\nundo\n"), expected);
