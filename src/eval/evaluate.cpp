@@ -21,8 +21,10 @@ constexpr ScorePair sideToMoveBonus = {24, 0};
 
 // Pieces, passed pawns and king safety of one colour, to be tapered as one pair.
 template <Color Us, class Book>
-ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info, Book& book) {
-  ScorePair pair = unpack(pieceTerms<Us>(board, info, book)) + unpack(passedPawnScore<Us>(board, material, info, book));
+ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
+                      const Occupancy& occupancy, Book& book) {
+  ScorePair pair = unpack(pieceTerms<Us>(board, info, occupancy, book)) +
+                   unpack(passedPawnScore<Us>(board, material, info, book));
   return pair + unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[Us ^ 1], book));
 }
 
@@ -64,8 +66,9 @@ int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, in
 
   PawnInfo info;
   const int pawnScore = taper(unpack(evaluatePawns(info, board, pawnHash, book)), phase);
-  const int whiteTerms = taper(colourTerms<White>(board, material, info, book), phase);
-  const int blackTerms = taper(colourTerms<Black>(board, material, info, book), phase);
+  const Occupancy occupancy = Occupancy::of(board);
+  const int whiteTerms = taper(colourTerms<White>(board, material, info, occupancy, book), phase);
+  const int blackTerms = taper(colourTerms<Black>(board, material, info, occupancy, book), phase);
   const int whiteView = pawnScore + whiteTerms - blackTerms;
   const int positional = std::clamp(us == White ? whiteView : -whiteView, -PositionalLimit, PositionalLimit);
   int score = s + positional;

@@ -31,13 +31,16 @@ bool hasMatingMaterial(const std::uint8_t (&count)[8]) {
 }
 
 // Material of one colour, with its bishop pair and the pawn-count adjustment.
-ScorePair colourMaterial(const std::uint8_t (&count)[8]) {
-  ScorePair total;
-  for (PieceType t = Pawn; t <= Queen; ++t) total += scaled(pieceValue[t], count[t]);
+ScoreSum colourMaterial(const std::uint8_t (&count)[8]) {
+  ScoreSum total;
+  for (PieceType t = Pawn; t <= Queen; ++t) {
+    total.mg += pieceValue[t].mg * count[t];
+    total.eg += pieceValue[t].eg * count[t];
+  }
   if (count[Bishop] > 1) total += bishopPair;
   const int pawnsAboveFive = count[Pawn] - 5;
-  total += scaled(knightPerPawn, pawnsAboveFive * count[Knight]);
-  total += scaled(rookPerPawn, pawnsAboveFive * count[Rook]);
+  total.mg += pawnsAboveFive * (knightPerPawn.mg * count[Knight] + rookPerPawn.mg * count[Rook]);
+  total.eg += pawnsAboveFive * (knightPerPawn.eg * count[Knight] + rookPerPawn.eg * count[Rook]);
   return total;
 }
 
@@ -52,10 +55,10 @@ MaterialInfo computeMaterial(const Board_0x88& board) {
   const unsigned phase = white[Knight] + black[Knight] + white[Bishop] + black[Bishop] +
                          2 * (white[Rook] + black[Rook]) + 4 * (white[Queen] + black[Queen]);
   m.phase = std::min(phase, 24u);
-  ScorePair balance = colourMaterial(white);
-  balance -= colourMaterial(black);
-  m.materialMg = balance.mg;
-  m.materialEg = balance.eg;
+  const ScoreSum whiteMaterial = colourMaterial(white);
+  const ScoreSum blackMaterial = colourMaterial(black);
+  m.materialMg = std::int16_t(whiteMaterial.mg - blackMaterial.mg);
+  m.materialEg = std::int16_t(whiteMaterial.eg - blackMaterial.eg);
   m.canWin[White] = hasMatingMaterial(white);
   m.canWin[Black] = hasMatingMaterial(black);
   return m;

@@ -5,13 +5,11 @@
 #include <cstdint>
 
 #include "board/types.h"
+#include "eval/square_set.h"
 
 namespace torvy {
 
-using SquareSet = std::uint64_t;
 using PawnMaskTable = std::array<std::array<SquareSet, 64>, 2>;
-
-constexpr SquareSet bitOf(int file, int rank) { return SquareSet(1) << (rank * 8 + file); }
 
 namespace detail {
 

@@ -76,13 +76,6 @@ SquareSet passedPawns(const PawnInfo& info) {
   return info.pawns[Us] & ~span;
 }
 
-// Few bits, and no library call.
-constexpr std::uint8_t bitCount(std::uint8_t x) {
-  x = std::uint8_t(x - ((x >> 1) & 0x55));
-  x = std::uint8_t((x & 0x33) + ((x >> 2) & 0x33));
-  return std::uint8_t((x + (x >> 4)) & 0x0F);
-}
-
 }  // namespace
 
 template <class Book>
@@ -105,8 +98,8 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
                         info.halfOpenFiles};
     entry.store(key, data);
   }
-  info.openFileCount = bitCount(info.openFiles);
-  info.halfOpenFileCount = bitCount(info.halfOpenFiles);
+  info.openFileCount = std::uint8_t(countSquares(info.openFiles));
+  info.halfOpenFileCount = std::uint8_t(countSquares(info.halfOpenFiles));
   info.passed[White] = passedPawns<White>(info);
   info.passed[Black] = passedPawns<Black>(info);
   return data.structure;

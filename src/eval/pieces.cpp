@@ -1,6 +1,7 @@
 #include "eval/pieces.h"
 
 #include <array>
+#include <bit>
 #include <iterator>
 #include <utility>
 
@@ -41,33 +42,59 @@ struct OpenFileWeights {
 constexpr OpenFileWeights rookNearKing = {{83, 36}, {54, -21}};
 constexpr OpenFileWeights queenNearKing = {{16, 111}, {7, 39}};
 
-// Empty squares along the ray, and the enemy man that ends it.
+// The squares of a ray from each square, and its far end; an empty ray ends on its start.
+struct Ray {
+  SquareSet squares;
+  SquareSet end;
+};
 template <int Delta>
-int rayMobility(const Board_0x88& board, Square88 s, Color us) {
-  int m = 0;
-  int t = s + Delta;
-  for (; onBoard(t) && board.pieceOn[t] == NoPiece; t += Delta) ++m;
-  return m + (onBoard(t) && board.colorOn[t] != us);
+constexpr std::array<Ray, 64> makeRays() {
+  std::array<Ray, 64> rays{};
+  for (int s = 0; s < 64; ++s) {
+    int last = s;
+    for (int t = toSquare88(Square64(s)) + Delta; onBoard(t); t += Delta) {
+      last = toSquare64(Square88(t));
+      rays[s].squares |= SquareSet(1) << last;
+    }
+    rays[s].end = SquareSet(1) << last;
+  }
+  return rays;
+}
+template <int Delta>
+constexpr std::array<Ray, 64> rayTable = makeRays<Delta>();
+
+// Empty squares along the ray, and the enemy man that ends it: the nearest blocker, or the
+// far end, counts unless it holds a man of the mover's own colour.
+template <int Delta>
+int rayMobility(int s, SquareSet all, SquareSet ownOthers) {
+  const Ray& ray = rayTable<Delta>[s];
+  const SquareSet blockers = (ray.squares & all) | ray.end;
+  const int first = Delta > 0 ? std::countr_zero(blockers) : 63 - std::countl_zero(blockers);
+  const int steps = Delta == 1 || Delta == -1 ? first - s : (first >> 3) - (s >> 3);
+  return (Delta > 0 ? steps : -steps) - int(ownOthers >> first & 1);
 }
 
-// The rays are unrolled, so that each step is a constant.
 template <const auto& Deltas, std::size_t... I>
-int sliderMobility(const Board_0x88& board, Square88 s, Color us, std::index_sequence<I...>) {
-  return (rayMobility<Deltas[I]>(board, s, us) + ...);
+int sliderMobility(Square88 square, const Occupancy& occupancy, Color us, std::index_sequence<I...>) {
+  const int s = toSquare64(square);
+  const SquareSet ownOthers = occupancy.men(us) & ~(SquareSet(1) << s);
+  return (rayMobility<Deltas[I]>(s, occupancy.all, ownOthers) + ...);
 }
 template <const auto& Deltas>
-int sliderMobility(const Board_0x88& board, Square88 s, Color us) {
-  return sliderMobility<Deltas>(board, s, us, std::make_index_sequence<std::size(Deltas)>());
+int sliderMobility(Square88 square, const Occupancy& occupancy, Color us) {
+  return sliderMobility<Deltas>(square, occupancy, us, std::make_index_sequence<std::size(Deltas)>());
 }
 
-int knightTargets(const Board_0x88& board, Square88 s, Color us) {
-  int m = 0;
-  for (int d : knightDeltas) {
-    const int t = s + d;
-    m += onBoard(t) && board.colorOn[t] != us;
-  }
-  return m;
+constexpr std::array<SquareSet, 64> makeKnightTargets() {
+  std::array<SquareSet, 64> targets{};
+  for (int s = 0; s < 64; ++s)
+    for (int d : knightDeltas) {
+      const int t = toSquare88(Square64(s)) + d;
+      if (onBoard(t)) targets[s] |= SquareSet(1) << toSquare64(Square88(t));
+    }
+  return targets;
 }
+constexpr std::array<SquareSet, 64> knightTargets = makeKnightTargets();
 
 ScorePair openFileNearKing(int file, int enemyKingFile, const OpenFileWeights& weights) {
   if (file == enemyKingFile) return weights.kingFile;
@@ -85,27 +112,36 @@ ScorePair rookFile(int file, int enemyKingFile, const PawnInfo& info) {
 }  // namespace
 
 PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color) {
-  return pack(queenMobilityTable[sliderMobility<kingDeltas>(board, square, color)]);
+  return pack(queenMobilityTable[sliderMobility<kingDeltas>(square, Occupancy::of(board), color)]);
 }
 
 namespace {
 
+// What every man of one colour is scored against.
+struct Surroundings {
+  const Board_0x88& board;
+  const PawnInfo& info;
+  const Occupancy& occupancy;
+  Square88 enemyKing;
+};
+
 // What one man earns, with its type known at compile time; credit books each part.
 template <PieceType Type, Color Us, class Credit>
-void scoreMan(const Board_0x88& board, Square88 s, const PawnInfo& info, Square88 enemyKing, Credit& credit) {
+void scoreMan(const Surroundings& around, Square88 s, Credit& credit) {
+  const int enemyKingFile = fileOf(around.enemyKing);
   if constexpr (Type == Knight) {
-    credit(EvalTerm::Knights, knightMobility[knightTargets(board, s, Us)]);
+    credit(EvalTerm::Knights, knightMobility[countSquares(knightTargets[toSquare64(s)] & ~around.occupancy.men(Us))]);
   } else if constexpr (Type == Bishop) {
-    credit(EvalTerm::Bishops, bishopMobility[sliderMobility<bishopDeltas>(board, s, Us)]);
+    credit(EvalTerm::Bishops, bishopMobility[sliderMobility<bishopDeltas>(s, around.occupancy, Us)]);
   } else if constexpr (Type == Rook) {
-    credit(EvalTerm::Rooks,
-           rookMobility[sliderMobility<rookDeltas>(board, s, Us)] + rookFile(fileOf(s), fileOf(enemyKing), info));
+    credit(EvalTerm::Rooks, rookMobility[sliderMobility<rookDeltas>(s, around.occupancy, Us)] +
+                                rookFile(fileOf(s), enemyKingFile, around.info));
   } else if constexpr (Type == Queen) {
-    ScorePair value = unpack(queenMobility(board, s, Us));
-    if (info.openFiles >> fileOf(s) & 1) value += openFileNearKing(fileOf(s), fileOf(enemyKing), queenNearKing);
+    ScorePair value = queenMobilityTable[sliderMobility<kingDeltas>(s, around.occupancy, Us)];
+    if (around.info.openFiles >> fileOf(s) & 1) value += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
     credit(EvalTerm::Queens, value);
   }
-  credit(EvalTerm::KingTropism, tropism(Type, s, enemyKing));
+  credit(EvalTerm::KingTropism, tropism(Type, s, around.enemyKing));
 }
 
 // Slots 0 to 7 belong to one type each, so their men need no dispatch.
@@ -114,26 +150,25 @@ constexpr int SharedSlotsBegin = 8;
 constexpr int SlotCount = 16;
 
 template <Color Us, class Credit, std::size_t... Slot>
-void scoreOwnSlots(const Board_0x88& board, const PawnInfo& info, Square88 enemyKing, Credit& credit,
-                   std::index_sequence<Slot...>) {
+void scoreOwnSlots(const Surroundings& around, Credit& credit, std::index_sequence<Slot...>) {
   auto scoreSlot = [&]<std::size_t I>() {
-    const Square88 s = board.pieceList[Us][I];
-    if (onBoard(s)) scoreMan<ownSlotType[I], Us>(board, s, info, enemyKing, credit);
+    const Square88 s = around.board.pieceList[Us][I];
+    if (onBoard(s)) scoreMan<ownSlotType[I], Us>(around, s, credit);
   };
   (scoreSlot.template operator()<Slot>(), ...);
 }
 
 // Slots 8 to 15: pawns, whose tropism is counted apart, and pieces beyond their own slots.
 template <Color Us, class Credit>
-void scoreSharedSlots(const Board_0x88& board, const PawnInfo& info, Square88 enemyKing, Credit& credit) {
+void scoreSharedSlots(const Surroundings& around, Credit& credit) {
   for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
-    const Square88 s = board.pieceList[Us][slot];
-    if (!onBoard(s) || board.pieceOn[s] == Pawn) continue;
-    switch (board.pieceOn[s]) {
-      case Knight: scoreMan<Knight, Us>(board, s, info, enemyKing, credit); break;
-      case Bishop: scoreMan<Bishop, Us>(board, s, info, enemyKing, credit); break;
-      case Rook: scoreMan<Rook, Us>(board, s, info, enemyKing, credit); break;
-      case Queen: scoreMan<Queen, Us>(board, s, info, enemyKing, credit); break;
+    const Square88 s = around.board.pieceList[Us][slot];
+    if (!onBoard(s)) continue;
+    switch (around.board.pieceOn[s]) {
+      case Knight: scoreMan<Knight, Us>(around, s, credit); break;
+      case Bishop: scoreMan<Bishop, Us>(around, s, credit); break;
+      case Rook: scoreMan<Rook, Us>(around, s, credit); break;
+      case Queen: scoreMan<Queen, Us>(around, s, credit); break;
       default: break;
     }
   }
@@ -142,22 +177,22 @@ void scoreSharedSlots(const Board_0x88& board, const PawnInfo& info, Square88 en
 }  // namespace
 
 template <Color Us, class Book>
-PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, Book& book) {
-  const Square88 enemyKing = board.kingSquare(Us ^ 1);
+PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occupancy& occupancy, Book& book) {
+  const Surroundings around{board, info, occupancy, board.kingSquare(Us ^ 1)};
   ScoreSum total;
   auto credit = [&](EvalTerm term, ScorePair value) {
     total += value;
     book.add(term, Us, value);
   };
-  credit(EvalTerm::KingTropism, pawnTropism(Us, info.pawns[Us], enemyKing));
-  scoreOwnSlots<Us>(board, info, enemyKing, credit, std::make_index_sequence<SharedSlotsBegin>());
-  scoreSharedSlots<Us>(board, info, enemyKing, credit);
+  credit(EvalTerm::KingTropism, pawnTropism(Us, info.pawns[Us], around.enemyKing));
+  scoreOwnSlots<Us>(around, credit, std::make_index_sequence<SharedSlotsBegin>());
+  scoreSharedSlots<Us>(around, credit);
   return total.packed();
 }
 
-template PackedScore pieceTerms<White>(const Board_0x88&, const PawnInfo&, NoBook&);
-template PackedScore pieceTerms<Black>(const Board_0x88&, const PawnInfo&, NoBook&);
-template PackedScore pieceTerms<White>(const Board_0x88&, const PawnInfo&, EvalReport&);
-template PackedScore pieceTerms<Black>(const Board_0x88&, const PawnInfo&, EvalReport&);
+template PackedScore pieceTerms<White>(const Board_0x88&, const PawnInfo&, const Occupancy&, NoBook&);
+template PackedScore pieceTerms<Black>(const Board_0x88&, const PawnInfo&, const Occupancy&, NoBook&);
+template PackedScore pieceTerms<White>(const Board_0x88&, const PawnInfo&, const Occupancy&, EvalReport&);
+template PackedScore pieceTerms<Black>(const Board_0x88&, const PawnInfo&, const Occupancy&, EvalReport&);
 
 }  // namespace torvy

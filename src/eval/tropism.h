@@ -8,7 +8,7 @@
 
 #include "board/types.h"
 #include "eval/packed_score.h"
-#include "eval/pawn_masks.h"
+#include "eval/square_set.h"
 
 namespace torvy {
 
@@ -89,13 +89,6 @@ constexpr PawnTropismTable makePawnTropismTable() {
 }
 inline constexpr PawnTropismTable pawnTropismTable = makePawnTropismTable();
 
-// Sets of pawns have few members.
-constexpr int sparseCount(SquareSet set) {
-  int n = 0;
-  for (; set; set &= set - 1) ++n;
-  return n;
-}
-
 }  // namespace detail
 
 inline ScorePair tropism(PieceType type, Square88 square, Square88 enemyKingSquare) {
@@ -105,7 +98,7 @@ inline ScorePair tropism(PieceType type, Square88 square, Square88 enemyKingSqua
 // The tropism of all pawns of the colour at once.
 inline ScorePair pawnTropism(Color c, SquareSet pawns, Square88 enemyKingSquare) {
   const detail::PawnTropismMasks& masks = detail::pawnTropismTable[c][toSquare64(enemyKingSquare)];
-  const int value = detail::sparseCount(pawns & masks.once) + 2 * detail::sparseCount(pawns & masks.twice);
+  const int value = countSquares(pawns & masks.once) + 2 * countSquares(pawns & masks.twice);
   return scaled(detail::tropismWeight[Pawn], value);
 }
 
