@@ -163,7 +163,7 @@ template <Color Us, class Credit>
 void scoreSharedSlots(const Surroundings& around, Credit& credit) {
   for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
     const Square88 s = around.board.pieceList[Us][slot];
-    if (!onBoard(s)) continue;
+    if (!onBoard(s) || around.board.pieceOn[s] == Pawn) continue;
     switch (around.board.pieceOn[s]) {
       case Knight: scoreMan<Knight, Us>(around, s, credit); break;
       case Bishop: scoreMan<Bishop, Us>(around, s, credit); break;
