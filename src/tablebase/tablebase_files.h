@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <memory>
@@ -42,7 +43,9 @@ constexpr int EndgameGivenUp = 4;
 struct EndgameRecord {
   int id = 0;
   std::FILE* file = nullptr;
-  int status = EndgameAvailable;
+  // Read by every probing thread without the mutex; a probe that reads it stale costs one more
+  // failed attempt at most.
+  std::atomic<int> status = EndgameAvailable;
   int pathIndex = 0;  // where the next search of the folders begins
   BlockIndex blockIndex;
 };

@@ -1,0 +1,210 @@
+#include "tablebase/gaviota_tables.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+
+#include "tablebase/table_fixtures.h"
+
+namespace torvy {
+namespace {
+
+using test::Bytes;
+
+constexpr std::uint64_t MB = 1 << 20;
+constexpr std::uint32_t WhiteToMove = 0;
+constexpr std::uint32_t BlackToMove = 1;
+
+constexpr std::uint32_t square(const char* name) { return std::uint32_t((name[1] - '1') * 8 + (name[0] - 'a')); }
+
+// Men as letters and squares, "Qa1", White's in upper case.
+TablebaseProbe probeOf(std::uint32_t sideToMove, std::initializer_list<const char*> men,
+                       std::uint32_t epSquare = NoTableSquare) {
+  TablebaseProbe probe;
+  probe.sideToMove = sideToMove;
+  probe.epSquare = epSquare;
+  int whiteCount = 0, blackCount = 0;
+  for (const char* man : men) {
+    const bool white = man[0] >= 'A' && man[0] <= 'Z';
+    const std::uint8_t piece = std::uint8_t(std::string(".pnbrqk").find(char(white ? man[0] - 'A' + 'a' : man[0])));
+    int& count = white ? whiteCount : blackCount;
+    (white ? probe.whiteSquares : probe.blackSquares)[count] = square(man + 1);
+    (white ? probe.whitePieces : probe.blackPieces)[count] = piece;
+    ++count;
+  }
+  probe.whiteSquares[whiteCount] = probe.blackSquares[blackCount] = NoTableSquare;
+  return probe;
+}
+
+struct Answer {
+  bool found;
+  unsigned code;
+  unsigned plies;
+  bool operator==(const Answer&) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Answer& a) {
+  return out << (a.found ? "found" : "failed") << " code " << a.code << " plies " << a.plies;
+}
+
+Answer probeDtm(GaviotaTables& tables, const TablebaseProbe& probe, bool hard = true) {
+  Answer answer{};
+  answer.found = tables.probeDtm(probe, hard, answer.code, answer.plies);
+  return answer;
+}
+
+class InstalledTableProbeTest : public test::InstalledTablesTest {
+ protected:
+  void SetUp() override {
+    test::InstalledTablesTest::SetUp();
+    if (IsSkipped()) return;
+    tables.initGaviota(false, CompressionScheme::Lzma, {test::installedTableFolder(4).string()});
+    tables.cache().initCache(MB, 96);
+  }
+
+  GaviotaTables tables;
+};
+
+TEST_F(InstalledTableProbeTest, AnswersMatesForEitherColourArrangement) {
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"})), (Answer{true, WhiteMatesCode, 1}));
+  // The same position with colours and ranks swapped has no table of its own.
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"kb3", "qg8", "Ka1"})), (Answer{true, BlackMatesCode, 1}));
+  // Men in any order come out sorted.
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Qg1", "ka8", "Kb6"})), (Answer{true, WhiteMatesCode, 1}));
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Kc6", "Bc5", "ka8"})), (Answer{true, DrawCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kc6", "Qc8", "ka8"})), (Answer{true, ForbiddenCode, 0}));
+}
+
+TEST_F(InstalledTableProbeTest, BareKingsNeedNoTable) {
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "ke3"})), (Answer{true, DrawCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "kd2"})), (Answer{true, ForbiddenCode, 0}));
+}
+
+TEST_F(InstalledTableProbeTest, FailsWithoutATableOrWithCastlingRights) {
+  TablebaseProbe castling = probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"});
+  castling.castling = ProbeBlackKingSide;
+  EXPECT_EQ(probeDtm(tables, castling), (Answer{false, ForbiddenCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Qd1", "Ra1", "Bc1", "Nb1", "ke8"})).found, false)
+      << "six men";
+
+  // kqkr is a known endgame whose file isn't here: a soft probe changes nothing, a hard one gives it up.
+  const int kqkr = findEndgame("kqkr");
+  const TablebaseProbe rookEnding = probeOf(WhiteToMove, {"Ke1", "Qd1", "ke8", "rh8"});
+  EXPECT_FALSE(probeDtm(tables, rookEnding, false).found);
+  EXPECT_EQ(tables.files().record(kqkr).status, EndgameAvailable);
+  EXPECT_FALSE(probeDtm(tables, rookEnding).found);
+  EXPECT_EQ(tables.files().record(kqkr).status, EndgameGivenUp);
+}
+
+TEST_F(InstalledTableProbeTest, SoftProbesAnswerOnlyFromTheCache) {
+  const TablebaseProbe probe = probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"});
+  EXPECT_FALSE(probeDtm(tables, probe, false).found);
+  EXPECT_EQ(tables.files().record(0).status, EndgameAvailable);
+  EXPECT_TRUE(probeDtm(tables, probe).found);
+  EXPECT_EQ(probeDtm(tables, probe, false), (Answer{true, WhiteMatesCode, 1}));
+}
+
+TEST_F(InstalledTableProbeTest, WinDrawLossAgreesWithTheDistances) {
+  int compared = 0;
+  for (const char* piece : {"Q", "R", "B", "N", "P"})
+    for (std::uint32_t man = 8; man < 56; man += 5)
+      for (std::uint32_t side : {WhiteToMove, BlackToMove}) {
+        TablebaseProbe probe = probeOf(side, {"Kd1", "Qa1", "kf6"});
+        probe.whitePieces[1] = std::uint8_t(std::string(".PNBRQK").find(piece[0]));
+        probe.whiteSquares[1] = man;
+        const Answer distance = probeDtm(tables, probe);
+        unsigned code = 7;
+        ASSERT_EQ(tables.probeWdl(probe, true, code), distance.found);
+        EXPECT_EQ(code, distance.code) << piece << " on " << man;
+        ++compared;
+      }
+  EXPECT_EQ(compared, 5 * 10 * 2);
+  EXPECT_GT(tables.cache().wdlCache().statistics.hits, 0u);
+}
+
+// Hand-made tables of one value throughout, in the stored scheme, for what the real ones can't show.
+class HandMadeTableProbeTest : public ::testing::Test {
+ protected:
+  static constexpr CompressionScheme Scheme = CompressionScheme::Stored;
+
+  // byteFor[side] is the stored byte of every position of that side to move.
+  void writeTable(std::string_view name, std::pair<std::uint8_t, std::uint8_t> bytes) {
+    const std::uint32_t maxIndex = Endgames[findEndgame(name)].maxIndex;
+    std::vector<Bytes> blocks;
+    for (int side = 0; side < 2; ++side)
+      for (std::uint32_t base = 0; base < maxIndex; base += ValuesPerBlock) {
+        Bytes block(1 + valuesInBlock(base, maxIndex), side == 0 ? bytes.first : bytes.second);
+        blocks.push_back(std::move(block));
+      }
+    test::writeFile(tablebaseFileName(scratch.string(), name, Scheme).data(), test::tableFile(blocks));
+  }
+
+  void open() {
+    tables.initGaviota(false, Scheme, {scratch.string()});
+    tables.cache().initCache(MB, 0);
+  }
+
+  test::ScratchFolder scratch;
+  GaviotaTables tables;
+};
+
+constexpr std::uint8_t Draw = 0;
+constexpr std::uint8_t WhiteMatesIn5Or4 = 2 * 4 + 1;  // 5 plies with White to move, 4 with Black
+constexpr std::uint8_t BlackMatesIn6Or7 = 3 * 4 + 2;
+
+TEST_F(HandMadeTableProbeTest, EnPassantCaptureThatMatesAddsOnePly) {
+  writeTable("kpkp", {Draw, Draw});
+  writeTable("kpk", {WhiteMatesIn5Or4, WhiteMatesIn5Or4});
+  open();
+  // Black has just played d7-d5 beside the pawn on e5.
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, DrawCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6"))),
+            (Answer{true, WhiteMatesCode, 5}));
+  // The same for Black, whose capture leaves the colour-swapped kpk.
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "Pe4", "ke8", "pd4"}, square("e3"))),
+            (Answer{true, BlackMatesCode, 5}));
+  // No pawn beside the victim, or no victim: the table's value stands.
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pa5", "ke8", "pd5"}, square("d6"))),
+            (Answer{true, DrawCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd4"}, square("d6"))),
+            (Answer{true, DrawCode, 0}));
+  // No wrap round the edge: a pawn on h5 is no neighbour of one on a5.
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Ph5", "ke8", "pa5"}, square("a6"))),
+            (Answer{true, DrawCode, 0}));
+  unsigned code = 7;
+  EXPECT_TRUE(tables.probeWdl(probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6")), true, code));
+  EXPECT_EQ(code, WhiteMatesCode);
+}
+
+TEST_F(HandMadeTableProbeTest, EnPassantCaptureRescuesALostPosition) {
+  writeTable("kpkp", {BlackMatesIn6Or7, BlackMatesIn6Or7});
+  writeTable("kpk", {Draw, Draw});
+  open();
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, BlackMatesCode, 6}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6"))),
+            (Answer{true, DrawCode, 0}));
+}
+
+TEST_F(HandMadeTableProbeTest, AnUnreadableBlockGivesTheEndgameUpUntilReopened) {
+  // White's blocks are empty, Black's hold values.
+  const Bytes file = test::tableFile({{}, {}, Bytes(16385, WhiteMatesIn5Or4), Bytes(13185, WhiteMatesIn5Or4)});
+  test::writeFile(tablebaseFileName(scratch.string(), "kqk", Scheme).data(), file);
+  open();
+  const TablebaseProbe whiteToMove = probeOf(WhiteToMove, {"Kb6", "Qg1", "kh8"});
+  const TablebaseProbe blackToMove = probeOf(BlackToMove, {"Kb6", "Qg1", "kh8"});
+  const Answer readable{true, WhiteMatesCode, 4};
+
+  EXPECT_FALSE(probeDtm(tables, whiteToMove, false).found);
+  EXPECT_EQ(probeDtm(tables, blackToMove), readable) << "a soft failure gives nothing up";
+  EXPECT_FALSE(probeDtm(tables, whiteToMove).found);
+  EXPECT_FALSE(probeDtm(tables, blackToMove, false).found) << "given up as a whole, cached or not";
+  tables.closeGaviota();
+  open();
+  EXPECT_EQ(tables.files().record(0).status, EndgameAvailable);
+  EXPECT_EQ(probeDtm(tables, blackToMove), readable);
+}
+
+}  // namespace
+}  // namespace torvy
