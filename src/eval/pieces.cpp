@@ -1,12 +1,10 @@
 #include "eval/pieces.h"
 
 #include <array>
-#include <bit>
-#include <iterator>
 #include <utility>
 
-#include "board/geometry.h"
 #include "eval/eval_report.h"
+#include "eval/mobility.h"
 #include "eval/tropism.h"
 
 namespace torvy {
@@ -42,60 +40,6 @@ struct OpenFileWeights {
 constexpr OpenFileWeights rookNearKing = {{83, 36}, {54, -21}};
 constexpr OpenFileWeights queenNearKing = {{16, 111}, {7, 39}};
 
-// The squares of a ray from each square, and its far end; an empty ray ends on its start.
-struct Ray {
-  SquareSet squares;
-  SquareSet end;
-};
-template <int Delta>
-constexpr std::array<Ray, 64> makeRays() {
-  std::array<Ray, 64> rays{};
-  for (int s = 0; s < 64; ++s) {
-    int last = s;
-    for (int t = toSquare88(Square64(s)) + Delta; onBoard(t); t += Delta) {
-      last = toSquare64(Square88(t));
-      rays[s].squares |= SquareSet(1) << last;
-    }
-    rays[s].end = SquareSet(1) << last;
-  }
-  return rays;
-}
-template <int Delta>
-constexpr std::array<Ray, 64> rayTable = makeRays<Delta>();
-
-// Empty squares along the ray, and the enemy man that ends it: the nearest blocker, or the
-// far end, counts unless it holds a man of the mover's own colour.
-template <int Delta>
-int rayMobility(int s, SquareSet all, SquareSet ownOthers) {
-  const Ray& ray = rayTable<Delta>[s];
-  const SquareSet blockers = (ray.squares & all) | ray.end;
-  const int first = Delta > 0 ? std::countr_zero(blockers) : 63 - std::countl_zero(blockers);
-  const int steps = Delta == 1 || Delta == -1 ? first - s : (first >> 3) - (s >> 3);
-  return (Delta > 0 ? steps : -steps) - int(ownOthers >> first & 1);
-}
-
-template <const auto& Deltas, std::size_t... I>
-int sliderMobility(Square88 square, const Occupancy& occupancy, Color us, std::index_sequence<I...>) {
-  const int s = toSquare64(square);
-  const SquareSet ownOthers = occupancy.men(us) & ~(SquareSet(1) << s);
-  return (rayMobility<Deltas[I]>(s, occupancy.all, ownOthers) + ...);
-}
-template <const auto& Deltas>
-int sliderMobility(Square88 square, const Occupancy& occupancy, Color us) {
-  return sliderMobility<Deltas>(square, occupancy, us, std::make_index_sequence<std::size(Deltas)>());
-}
-
-constexpr std::array<SquareSet, 64> makeKnightTargets() {
-  std::array<SquareSet, 64> targets{};
-  for (int s = 0; s < 64; ++s)
-    for (int d : knightDeltas) {
-      const int t = toSquare88(Square64(s)) + d;
-      if (onBoard(t)) targets[s] |= SquareSet(1) << toSquare64(Square88(t));
-    }
-  return targets;
-}
-constexpr std::array<SquareSet, 64> knightTargets = makeKnightTargets();
-
 ScorePair openFileNearKing(int file, int enemyKingFile, const OpenFileWeights& weights) {
   if (file == enemyKingFile) return weights.kingFile;
   if (file == enemyKingFile - 1 || file == enemyKingFile + 1) return weights.besideKing;
@@ -112,7 +56,7 @@ ScorePair rookFile(int file, int enemyKingFile, const PawnInfo& info) {
 }  // namespace
 
 PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color) {
-  return pack(queenMobilityTable[sliderMobility<kingDeltas>(square, Occupancy::of(board), color)]);
+  return pack(queenMobilityTable[sliderSquares<kingDeltas>(square, Occupancy::of(board), color)]);
 }
 
 namespace {
@@ -130,14 +74,14 @@ template <PieceType Type, Color Us, class Credit>
 void scoreMan(const Surroundings& around, Square88 s, Credit& credit) {
   const int enemyKingFile = fileOf(around.enemyKing);
   if constexpr (Type == Knight) {
-    credit(EvalTerm::Knights, knightMobility[countSquares(knightTargets[toSquare64(s)] & ~around.occupancy.men(Us))]);
+    credit(EvalTerm::Knights, knightMobility[knightSquares(s, around.occupancy, Us)]);
   } else if constexpr (Type == Bishop) {
-    credit(EvalTerm::Bishops, bishopMobility[sliderMobility<bishopDeltas>(s, around.occupancy, Us)]);
+    credit(EvalTerm::Bishops, bishopMobility[sliderSquares<bishopDeltas>(s, around.occupancy, Us)]);
   } else if constexpr (Type == Rook) {
-    credit(EvalTerm::Rooks, rookMobility[sliderMobility<rookDeltas>(s, around.occupancy, Us)] +
+    credit(EvalTerm::Rooks, rookMobility[sliderSquares<rookDeltas>(s, around.occupancy, Us)] +
                                 rookFile(fileOf(s), enemyKingFile, around.info));
   } else if constexpr (Type == Queen) {
-    ScorePair value = queenMobilityTable[sliderMobility<kingDeltas>(s, around.occupancy, Us)];
+    ScorePair value = queenMobilityTable[sliderSquares<kingDeltas>(s, around.occupancy, Us)];
     if (around.info.openFiles >> fileOf(s) & 1) value += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
     credit(EvalTerm::Queens, value);
   }

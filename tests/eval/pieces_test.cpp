@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "board/geometry.h"
+#include "eval/mobility.h"
 #include "eval/packed_score.h"
 #include "eval/tropism.h"
 #include "eval_fixture.h"
@@ -82,6 +84,36 @@ TEST_F(PiecesTest, TropismOfEachMan) {
   // A pawn beyond the enemy king's rank no longer counts; one level with it does.
   EXPECT_EQ(terms("8/8/8/8/8/1P6/k7/7K w - - 0 1").term(EvalTerm::KingTropism, White), (ScorePair{0, 0}));
   EXPECT_EQ(terms("8/8/8/8/8/8/kP6/7K w - - 0 1").term(EvalTerm::KingTropism, White), (ScorePair{10, -4}));
+}
+
+// The mobility is defined by walking the 0x88 board; the square sets must count the same.
+TEST_F(PiecesTest, MobilityAgreesWithWalksOnTheBoard) {
+  auto walk = [](const Board_0x88& b, Square88 s, const int* deltas, int count, bool slides) {
+    int m = 0;
+    for (int i = 0; i < count; ++i) {
+      int t = s + deltas[i];
+      for (; slides && onBoard(t) && b.pieceOn[t] == NoPiece; t += deltas[i]) ++m;
+      if (onBoard(t) && b.colorOn[t] != b.colorOn[s]) ++m;
+    }
+    return m;
+  };
+  int pieces = 0;
+  playRandomGames(10, 3, [&](Board_0x88& b) {
+    const Occupancy occupancy = Occupancy::of(b);
+    for (Color c : {White, Black})
+      for (Square88 s : b.pieceList[c]) {
+        if (!onBoard(s)) continue;
+        ++pieces;
+        switch (b.pieceOn[s]) {
+          case Knight: EXPECT_EQ(knightSquares(s, occupancy, c), walk(b, s, knightDeltas, 8, false)); break;
+          case Bishop: EXPECT_EQ(sliderSquares<bishopDeltas>(s, occupancy, c), walk(b, s, bishopDeltas, 4, true)); break;
+          case Rook: EXPECT_EQ(sliderSquares<rookDeltas>(s, occupancy, c), walk(b, s, rookDeltas, 4, true)); break;
+          case Queen: EXPECT_EQ(sliderSquares<kingDeltas>(s, occupancy, c), walk(b, s, kingDeltas, 8, true)); break;
+          default: break;
+        }
+      }
+  });
+  EXPECT_GT(pieces, 10000);
 }
 
 }  // namespace
