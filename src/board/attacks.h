@@ -60,21 +60,28 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
     info.square = Square88(attacker);
     return true;
   };
+  // Kinds of piece that By has none of are not looked for; the order of the others stays.
+  const std::uint8_t* count = board.pieceCount[By];
   for (int d : pawnCaptureDeltas[By])
     if (detail::holds(board, s - d, By, Pawn)) return found(s - d);
+  const bool knights = count[Knight] != 0;
   for (int i = 0; i < 8; ++i) {
-    if (detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);
+    if (knights && detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);
     if (detail::holds(board, s - kingDeltas[i], By, King)) return found(s - kingDeltas[i]);
   }
-  for (int d : rookDeltas) {
-    int t = detail::firstOccupied(board, s, -d);
-    if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
-      return found(t);
+  if (count[Rook] + count[Queen] != 0) {
+    for (int d : rookDeltas) {
+      int t = detail::firstOccupied(board, s, -d);
+      if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
+        return found(t);
+    }
   }
-  for (int d : bishopDeltas) {
-    int t = detail::firstOccupied(board, s, -d);
-    if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
-      return found(t);
+  if (count[Bishop] + count[Queen] != 0) {
+    for (int d : bishopDeltas) {
+      int t = detail::firstOccupied(board, s, -d);
+      if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
+        return found(t);
+    }
   }
   return false;
 }
@@ -181,8 +188,21 @@ inline bool givesCheck(Board_0x88& board, Move m, CheckInfo& info) {
   return check;
 }
 
+// A king's step needs no test make: with the king lifted off its square, a slider's line
+// through that square reaches the target as it would after the move.
+template <Color Us>
+inline bool isKingStepSafe(Board_0x88& board, Square88 from, Square88 to) {
+  CheckInfo info;
+  board.pieceOn[from] = NoPiece;
+  const bool attacked = isAttacked<Us ^ 1>(board, to, info);
+  board.pieceOn[from] = King;
+  return !attacked;
+}
+
 template <Color Us>
 inline bool isLegal(Board_0x88& board, Move m) {
+  const Square88 from = fromSquare(m);
+  if (moveKind(m) == NormalMove && board.pieceOn[from] == King) return isKingStepSafe<Us>(board, from, toSquare(m));
   UndoRecord undo;
   CheckInfo info;
   board.makeMoveTest<Us>(m, undo);

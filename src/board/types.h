@@ -95,8 +95,10 @@ constexpr Move BlackCastleKingSide = 0xAFBC;
 constexpr Move BlackCastleQueenSide = 0xEEBC;
 
 // A move in the low 16 bits and a signed order score in the high 16 bits.
+// No initialiser: a list is built on the stack at every node, and only entries below its count
+// are ever read, each written by addMove first.
 struct MoveEntry {
-  std::uint32_t word = 0;
+  std::uint32_t word;
 
   constexpr Move move() const { return Move(word & 0xFFFF); }
   constexpr std::int16_t score() const { return std::int16_t(word >> 16); }

@@ -1,10 +1,15 @@
 // A table of fixed-size entries, a power of two of them, addressed by the low bits of a key.
 #pragma once
 
+#include <sys/mman.h>
+
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <memory>
+#include <new>
 #include <ostream>
+#include <type_traits>
 
 #include "board/keys.h"
 
@@ -27,7 +32,7 @@ class HashTable {
     while (count * 2 * sizeof(Entry) <= bytes) count *= 2;
     out << "# new size of " << name << ": " << count * sizeof(Entry) / 1048576 << " MB" << std::endl;
     entries_.reset();
-    entries_ = std::make_unique<Entry[]>(count);
+    entries_.reset(allocateEntries(count));
     entryCount = std::uint32_t(count);
     indexMask = entryCount / ClusterSize - 1;
   }
@@ -59,7 +64,27 @@ class HashTable {
   std::uint32_t entryCount = 0;
 
  private:
-  std::unique_ptr<Entry[]> entries_;
+  static_assert(std::is_trivially_destructible_v<Entry>, "entries are released without destructors");
+  struct FreeEntries {
+    void operator()(Entry* entries) const { std::free(entries); }
+  };
+
+  // Large tables ask for 2 MB pages: creating a table touches every page, and with small
+  // pages the faults alone took a third of a second for 64 MB; random probes gain as well.
+  static Entry* allocateEntries(std::uint64_t count) {
+    constexpr std::uint64_t LargePage = 2 * 1048576;
+    const std::uint64_t bytes = count * sizeof(Entry);
+    const std::uint64_t alignment = bytes >= LargePage ? LargePage : 64;
+    const std::uint64_t rounded = (bytes + alignment - 1) / alignment * alignment;
+    void* memory = std::aligned_alloc(alignment, rounded);
+    if (memory == nullptr) throw std::bad_alloc();
+    if (alignment == LargePage) madvise(memory, rounded, MADV_HUGEPAGE);
+    Entry* entries = static_cast<Entry*>(memory);
+    std::uninitialized_value_construct_n(entries, count);
+    return entries;
+  }
+
+  std::unique_ptr<Entry[], FreeEntries> entries_;
 };
 
 }  // namespace torvy
