@@ -27,11 +27,14 @@ inline bool isPinned(const PinInfo& pins, Square88 s) {
 }
 
 // The pin shortcut: a move needs the test make when in check, by the king, by a pinned
-// piece, or en passant (which can bare the king along the rank of both pawns).
+// piece, or en passant (which can bare the king along the rank of both pawns). Generation
+// asks the first three once per piece.
+inline bool pieceNeedsLegalityTest(const Board_0x88& board, Square88 from, const PinInfo& pins) {
+  return pins.check.checkers != 0 || board.pieceOn[from] == King || isPinned(pins, from);
+}
+
 inline bool needsLegalityTest(const Board_0x88& board, Move m, const PinInfo& pins) {
-  const Square88 from = fromSquare(m);
-  return pins.check.checkers != 0 || board.pieceOn[from] == King || isPinned(pins, from) ||
-         moveKind(m) == EnPassantMove;
+  return pieceNeedsLegalityTest(board, fromSquare(m), pins) || moveKind(m) == EnPassantMove;
 }
 
 namespace detail {

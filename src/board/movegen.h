@@ -8,9 +8,10 @@ namespace torvy {
 
 namespace detail {
 
+// tested: the piece's moves need the test make (pieceNeedsLegalityTest).
 template <Color Us>
-inline void tryAdd(Board_0x88& board, const PinInfo& pins, MoveList& list, Move m) {
-  if (!needsLegalityTest(board, m, pins) || isLegal<Us>(board, m)) list.addMove(m);
+inline void tryAdd(Board_0x88& board, bool tested, MoveList& list, Move m) {
+  if (!tested || isLegal<Us>(board, m)) list.addMove(m);
 }
 
 template <Color Us>
@@ -22,12 +23,12 @@ inline bool holdsEnemy(const Board_0x88& board, int s) {
 constexpr PieceType promotionOrder[4] = {Queen, Knight, Rook, Bishop};
 
 template <Color Us, bool CapturesOnly>
-inline void addPromotions(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from) {
+inline void addPromotions(Board_0x88& board, bool tested, MoveList& list, Square88 from) {
   auto addAll = [&](int to) {
     if constexpr (CapturesOnly) {
-      tryAdd<Us>(board, pins, list, makePromotion(from, Square88(to), Queen));
+      tryAdd<Us>(board, tested, list, makePromotion(from, Square88(to), Queen));
     } else {
-      for (PieceType p : promotionOrder) tryAdd<Us>(board, pins, list, makePromotion(from, Square88(to), p));
+      for (PieceType p : promotionOrder) tryAdd<Us>(board, tested, list, makePromotion(from, Square88(to), p));
     }
   };
   for (int d : pawnCaptureDeltas[Us])
@@ -36,37 +37,37 @@ inline void addPromotions(Board_0x88& board, const PinInfo& pins, MoveList& list
 }
 
 template <Color Us, bool CapturesOnly>
-inline void addPawnMoves(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from) {
-  if (relativeRank(Us, from) == 6) return addPromotions<Us, CapturesOnly>(board, pins, list, from);
+inline void addPawnMoves(Board_0x88& board, bool tested, MoveList& list, Square88 from) {
+  if (relativeRank(Us, from) == 6) return addPromotions<Us, CapturesOnly>(board, tested, list, from);
   for (int d : pawnCaptureDeltas[Us])
-    if (holdsEnemy<Us>(board, from + d)) tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(from + d)));
+    if (holdsEnemy<Us>(board, from + d)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(from + d)));
   if constexpr (!CapturesOnly) {
     const int one = from + pawnForward[Us];
     if (!onBoard(one) || board.pieceOn[one] != NoPiece) return;
-    tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(one)));
+    tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(one)));
     const int two = one + pawnForward[Us];
     if (relativeRank(Us, from) == 1 && board.pieceOn[two] == NoPiece)
-      tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(two), true));
+      tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(two), true));
   }
 }
 
 template <Color Us, bool CapturesOnly>
-inline void addSteps(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from, const int (&deltas)[8]) {
+inline void addSteps(Board_0x88& board, bool tested, MoveList& list, Square88 from, const int (&deltas)[8]) {
   for (int d : deltas) {
     const int to = from + d;
     if (!onBoard(to) || board.colorOn[to] == Us) continue;
     if (CapturesOnly && board.colorOn[to] == NoColor) continue;
-    tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(to)));
+    tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
 
 template <Color Us, bool CapturesOnly>
-inline void addSlides(Board_0x88& board, const PinInfo& pins, MoveList& list, Square88 from, const int (&deltas)[4]) {
+inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 from, const int (&deltas)[4]) {
   for (int d : deltas) {
     int to = from + d;
     for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
-      if constexpr (!CapturesOnly) tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(to)));
-    if (onBoard(to) && board.colorOn[to] == (Us ^ 1)) tryAdd<Us>(board, pins, list, makeNormalMove(from, Square88(to)));
+      if constexpr (!CapturesOnly) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
+    if (onBoard(to) && board.colorOn[to] == (Us ^ 1)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
 
@@ -74,16 +75,17 @@ template <Color Us, bool CapturesOnly>
 inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList& list) {
   for (Square88 from : board.pieceList[Us]) {
     if (!onBoard(from)) continue;
+    const bool tested = pieceNeedsLegalityTest(board, from, pins);
     switch (board.pieceOn[from]) {
-      case Pawn: addPawnMoves<Us, CapturesOnly>(board, pins, list, from); break;
-      case Knight: addSteps<Us, CapturesOnly>(board, pins, list, from, knightDeltas); break;
-      case Bishop: addSlides<Us, CapturesOnly>(board, pins, list, from, bishopDeltas); break;
-      case Rook: addSlides<Us, CapturesOnly>(board, pins, list, from, rookDeltas); break;
+      case Pawn: addPawnMoves<Us, CapturesOnly>(board, tested, list, from); break;
+      case Knight: addSteps<Us, CapturesOnly>(board, tested, list, from, knightDeltas); break;
+      case Bishop: addSlides<Us, CapturesOnly>(board, tested, list, from, bishopDeltas); break;
+      case Rook: addSlides<Us, CapturesOnly>(board, tested, list, from, rookDeltas); break;
       case Queen:
-        addSlides<Us, CapturesOnly>(board, pins, list, from, rookDeltas);
-        addSlides<Us, CapturesOnly>(board, pins, list, from, bishopDeltas);
+        addSlides<Us, CapturesOnly>(board, tested, list, from, rookDeltas);
+        addSlides<Us, CapturesOnly>(board, tested, list, from, bishopDeltas);
         break;
-      case King: addSteps<Us, CapturesOnly>(board, pins, list, from, kingDeltas); break;
+      case King: addSteps<Us, CapturesOnly>(board, tested, list, from, kingDeltas); break;
       default: break;
     }
   }
