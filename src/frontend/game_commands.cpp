@@ -60,6 +60,51 @@ bool WBEngine::handleUsermove(const Arguments& args) {
   return true;
 }
 
+bool WBEngine::handleGo(const Arguments&) {
+  if (gameOver) {
+    out << "Error (cannot make a move at end of game)" << std::endl;
+    return false;
+  }
+  engineColor = sideToMove();
+  forceMode = false;
+  analyzeMode = false;
+  return true;
+}
+
+bool WBEngine::handlePlayother(const Arguments&) {
+  engineColor = opposite(sideToMove());
+  forceMode = false;
+  analyzeMode = false;
+  return true;
+}
+
+bool WBEngine::handleAnalyze(const Arguments&) {
+  if (analyzeMode) return true;
+  analyzeMode = true;
+  engineColor = sideToMove();
+  clock.timeLimited = false;
+  clock.depthLimited = false;
+  return true;
+}
+
+bool WBEngine::handleExit(const Arguments&) {
+  if (!analyzeMode) return false;
+  analyzeMode = false;
+  engineColor = NoColor;
+  clock.timeLimited = true;
+  clock.depthLimited = false;
+  return true;
+}
+
+// The engine plays both sides until "force" or "new"; any argument is ignored.
+bool WBEngine::handleAuto(const Arguments&) {
+  autoMode = true;
+  forceMode = false;
+  analyzeMode = false;
+  engineColor = sideToMove();
+  return true;
+}
+
 bool WBEngine::handleSetboard(const Arguments& args) {
   std::string fen = args[0];
   for (std::size_t i = 1; i < args.size(); ++i) fen += ' ' + args[i];

@@ -110,15 +110,16 @@ void WBEngine::showBoard() {
   printBoard(player.board, out);
 }
 
+// Runs on the first search thread. The board is printed here rather than flagged for the
+// command loop, which may be reading the flag at this moment.
 void WBEngine::makeEngineMove(Move move) {
   if (player.shouldOfferDraw(move)) out << "offer draw" << std::endl;
   const std::string text = moveToText(move);
   out << "# making engine move: " << text << std::endl;
   player.commitMove(move);
-  boardChanged = true;
   out << "move " << text << std::endl;
   if (!isNoMove(player.ponderMove)) out << "# ponder move: " << moveToText(player.ponderMove) << std::endl;
-  showBoard();
+  printBoard(player.board, out);
   testGameEnd();
   out.flush();
   if (autoMode) engineColor = sideToMove();

@@ -1,6 +1,7 @@
 // The xboard front end: the start-up, the command loop and the state of the game being played.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <cstdio>
 #include <ostream>
@@ -31,13 +32,13 @@ class WBEngine final : public EngineInterface {
 
   SearchClock clock;
   ChessPlayer player;
-  std::uint32_t engineColor = NoColor;
+  std::atomic<std::uint32_t> engineColor{NoColor};  // "auto" runs beside a search
   bool gameOver = false;
   bool forceMode = false;
   bool boardChanged = true;
   bool xboardMode = false;
   bool analyzeMode = false;
-  bool autoMode = false;
+  std::atomic<bool> autoMode{false};
   bool quit = false;
 
  private:
@@ -60,6 +61,11 @@ class WBEngine final : public EngineInterface {
   bool handleForce(const Arguments&);
   bool handlePing(const Arguments& args);
   bool handleUsermove(const Arguments& args);
+  bool handleGo(const Arguments&);
+  bool handlePlayother(const Arguments&);
+  bool handleAnalyze(const Arguments&);
+  bool handleExit(const Arguments&);
+  bool handleAuto(const Arguments&);
   bool handleSetboard(const Arguments& args);
   bool handleLevel(const Arguments& args);
   bool handleSd(const Arguments& args);

@@ -8,6 +8,7 @@
 #include "board/draw_rules.h"
 #include "board/fen.h"
 #include "board/movegen.h"
+#include "search/search_thread.h"
 
 namespace torvy {
 
@@ -39,13 +40,19 @@ bool sideToMoveInCheck(const Board_0x88& board) {
 ChessPlayer::ChessPlayer(SearchClock& clock, std::ostream& out)
     : clock(clock), out(out), maxCores(std::thread::hardware_concurrency()) {}
 
+ChessPlayer::~ChessPlayer() {
+  stopSearch();
+  threads.clear();
+}
+
 void ChessPlayer::newGame() {
-  if (!std::exchange(firstNewGame, false)) {
+  const bool first = std::exchange(firstNewGame, false);
+  if (!first) {
     ttHash.release();
     pawnHash.release();
   }
-  if (!ttHash.exists()) ttHash.resize(ttHashSizeMB, "TT hash", out);
-  if (!pawnHash.exists()) pawnHash.resize(pawnHashSizeMB, "Pawn hash", out);
+  createMissingTables();
+  syncThreads(!first);
   setStartPosition(board);
   gamePly = 0;
   firstUndoablePly = 0;

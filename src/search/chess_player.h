@@ -2,23 +2,31 @@
 // search threads. The front end drives it; the search borrows from it.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <ostream>
+#include <vector>
 
 #include "board/board.h"
 #include "diagnostics/perft.h"
 #include "eval/pawn_hash.h"
 #include "search/engine_interface.h"
 #include "search/search_clock.h"
+#include "search/search_interface.h"
 #include "search/tt_entry.h"
+#include "tablebase/tablebase_state.h"
 
 namespace torvy {
 
 constexpr std::uint32_t MaxGameMoves = 1023;
 
-class ChessPlayer {
+class SearchThread;
+
+class ChessPlayer final : public SearchInterface {
  public:
   ChessPlayer(SearchClock& clock, std::ostream& out);
+  ~ChessPlayer();
   ChessPlayer(const ChessPlayer&) = delete;
   ChessPlayer& operator=(const ChessPlayer&) = delete;
 
@@ -41,10 +49,21 @@ class ChessPlayer {
 
   void setCores(std::uint32_t wanted);
 
-  // The search threads come with the search; until then the pool is always idle.
-  bool isIdle() const { return true; }
-  void startSearch() {}
-  void stopSearch() {}
+  // The pool: the search never runs on the main thread, which stays free to read commands.
+  void syncThreads(bool force);
+  void startSearch();
+  // Ends a running search; a search so stopped gives no move.
+  void stopSearch();
+  // True when no search thread is working, so that a published move is fully made.
+  bool isIdle() const;
+
+  // Thread 0's job: clock, book, search, then the move to the engine.
+  void searchJob();
+  void helperJob(std::uint32_t index);
+
+  bool checkTimeout() override;
+  void printAnalysisLine(unsigned depth, int score, const PvLine& line) override;
+  void printSearchStats() override;
 
   SearchClock& clock;
   std::ostream& out;
@@ -64,18 +83,26 @@ class ChessPlayer {
   PawnHashTable pawnHash;
   std::uint32_t pawnHashSizeMB = 32;
 
-  bool useBook = true;
+  TablebaseState tablebases;
+
+  // Switches that commands flip while a search may read them.
+  std::atomic<bool> useBook{true};
   bool outOfBook = false;
   Move ponderMove = NoMove;
-  bool randGame = false;
-  bool post = true;
+  std::atomic<bool> randGame{false};
+  std::atomic<bool> post{true};
 
   std::uint32_t maxCores;
   std::uint32_t cores = 1;
   std::uint32_t activeCores = 0;
 
  private:
+  void createMissingTables();
+  std::uint64_t totalNodes() const;
+
   bool firstNewGame = true;
+  std::vector<std::unique_ptr<SearchThread>> threads;
+  std::uint64_t lastTimeoutBucket = 0;
 };
 
 }  // namespace torvy

@@ -49,4 +49,38 @@ void SearchClock::setRemainingTime(std::int32_t remaining, std::uint32_t gamePly
   accumulated = std::int32_t(allotted - remaining);
 }
 
+std::uint32_t SearchClock::remainingMovesAt(std::uint32_t gamePly) const {
+  const std::uint32_t fullMove = fullMoveNumber(gamePly);
+  if (movesPerSession == 0) return 32;
+  return sessionsUpTo(fullMove) * movesPerSession - fullMove + 1;
+}
+
+void SearchClock::computeMaxTime(std::uint32_t gamePly, std::ostream& out) {
+  const std::uint32_t fullMove = fullMoveNumber(gamePly);
+  const std::uint32_t sessions = sessionsUpTo(fullMove);
+  const std::uint32_t remainingMoves = remainingMovesAt(gamePly);
+  const std::uint32_t total = increment * fullMove + sessions * timePerSession;
+  const std::int32_t used = elapsed();
+  const std::uint32_t remaining = total - std::uint32_t(used);
+  const std::int32_t available = std::int32_t((remainingMoves - 1) * increment + remaining);
+  const std::int32_t max = std::int32_t(available * 0.9 / remainingMoves);
+  out << "# movesPerSession=" << movesPerSession << " timePerSession=" << timePerSession
+      << " increment=" << increment << '\n'
+      << "# ply=" << gamePly << " fullMoveNumber=" << fullMove << " remainingMoves=" << remainingMoves
+      << " nSessions=" << sessions << '\n'
+      << "# total=" << total << " elapsed=" << used << " remaining=" << std::int32_t(remaining)
+      << " available=" << available << " max=" << max << '\n'
+      << "# set maxTime = " << max << std::endl;
+  maxTime = max;
+}
+
+void SearchClock::correctMaxTimeOutOfBook(std::uint32_t gamePly, bool& outOfBook, std::ostream& out) {
+  if (outOfBook) return;
+  if (movesPerSession == 0 || remainingMovesAt(gamePly) >= 10) {
+    maxTime = std::int32_t(maxTime * 1.5);
+    out << "# out of book: corrected maxTime = " << maxTime << std::endl;
+  }
+  outOfBook = true;
+}
+
 }  // namespace torvy

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace torvy::testing {
@@ -45,34 +46,37 @@ inline std::vector<std::string> splitLines(const std::string& text) {
 
 }  // namespace detail
 
-// The input comes from a file, so the engine meets the end of input after the last line; a child
-// still running after the time limit is killed rather than left to hang the test.
-inline EngineOutput runEngine(const std::string& input, const std::vector<std::string>& args = {},
-                              std::chrono::seconds limit = std::chrono::seconds(120)) {
-  EngineOutput result;
-  std::FILE* inputFile = std::tmpfile();
-  if (inputFile == nullptr) return result;
-  std::fwrite(input.data(), 1, input.size(), inputFile);
-  std::fflush(inputFile);
-  std::rewind(inputFile);
+// A piece of input and how long to wait after writing it, so that the engine can act on it
+// (start or finish a search) before the next piece arrives.
+struct ScriptStep {
+  std::string text;
+  int pauseMs = 0;
+};
 
-  int pipeEnds[2];
-  if (pipe(pipeEnds) != 0) {
-    std::fclose(inputFile);
+// The input comes through a pipe that is closed after the last step, so the engine meets the
+// end of input there; a child still running after the time limit is killed rather than left to
+// hang the test.
+inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, const std::vector<std::string>& args = {},
+                                      std::chrono::seconds limit = std::chrono::seconds(120)) {
+  EngineOutput result;
+  int input[2];
+  int output[2];
+  if (pipe(input) != 0) return result;
+  if (pipe(output) != 0) {
+    close(input[0]);
+    close(input[1]);
     return result;
   }
+  signal(SIGPIPE, SIG_IGN);  // an engine that ends early must not take the test with it
   const pid_t child = fork();
   if (child < 0) {
-    close(pipeEnds[0]);
-    close(pipeEnds[1]);
-    std::fclose(inputFile);
+    for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
     return result;
   }
   if (child == 0) {
-    dup2(fileno(inputFile), STDIN_FILENO);
-    dup2(pipeEnds[1], STDOUT_FILENO);
-    close(pipeEnds[0]);
-    close(pipeEnds[1]);
+    dup2(input[0], STDIN_FILENO);
+    dup2(output[1], STDOUT_FILENO);
+    for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
     if (chdir(detail::quietDirectory().c_str()) != 0) _exit(126);
     std::vector<char*> argv{const_cast<char*>(TORVY_BINARY)};
     for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
@@ -80,30 +84,43 @@ inline EngineOutput runEngine(const std::string& input, const std::vector<std::s
     execv(TORVY_BINARY, argv.data());
     _exit(127);
   }
-  close(pipeEnds[1]);
-  std::fclose(inputFile);
+  close(input[0]);
+  close(output[1]);
+  std::thread writer([&steps, fd = input[1]] {
+    for (const ScriptStep& step : steps) {
+      if (write(fd, step.text.data(), step.text.size()) < 0) break;
+      std::this_thread::sleep_for(std::chrono::milliseconds(step.pauseMs));
+    }
+    close(fd);
+  });
 
-  std::string output;
+  std::string text;
   const auto deadline = std::chrono::steady_clock::now() + limit;
   char chunk[4096];
   for (;;) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    pollfd watched{pipeEnds[0], POLLIN, 0};
+    pollfd watched{output[0], POLLIN, 0};
     if (left.count() <= 0 || poll(&watched, 1, int(left.count())) == 0) {
       result.timedOut = true;
       kill(child, SIGKILL);
       break;
     }
-    const ssize_t got = read(pipeEnds[0], chunk, sizeof chunk);
+    const ssize_t got = read(output[0], chunk, sizeof chunk);
     if (got <= 0) break;
-    output.append(chunk, std::size_t(got));
+    text.append(chunk, std::size_t(got));
   }
-  close(pipeEnds[0]);
+  writer.join();
+  close(output[0]);
   int status = 0;
   waitpid(child, &status, 0);
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-  result.lines = detail::splitLines(output);
+  result.lines = detail::splitLines(text);
   return result;
+}
+
+inline EngineOutput runEngine(const std::string& input, const std::vector<std::string>& args = {},
+                              std::chrono::seconds limit = std::chrono::seconds(120)) {
+  return runEngineScripted({{input, 0}}, args, limit);
 }
 
 }  // namespace torvy::testing

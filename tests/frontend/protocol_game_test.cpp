@@ -33,7 +33,7 @@ TEST(ProtocolUserMove, AcceptsLegalMovesAndRefusesBadText) {
       {"# making user move: e2e4"},
       afterE2E4,
   });
-  EXPECT_EQ(xboardSession("usermove e2\nusermove e2e4x\nusermove e2e5\nusermove e2e4\n"), expected);
+  EXPECT_EQ(xboardSession("force\nusermove e2\nusermove e2e4x\nusermove e2e5\nusermove e2e4\n"), expected);
 }
 
 TEST(ProtocolUserMove, PromotionNeedsItsPieceLetterInEitherCase) {
@@ -55,7 +55,7 @@ TEST(ProtocolTakeBack, UndoAndRemoveStopAtTheStartOfTheRecord) {
       startBoard(),  // undo
       undoRefused,
   });
-  EXPECT_EQ(xboardSession("undo\nusermove e2e4\nremove\nundo\nundo\n"), expected);
+  EXPECT_EQ(xboardSession("force\nundo\nusermove e2e4\nremove\nundo\nundo\n"), expected);
 }
 
 TEST(ProtocolTakeBack, RemoveTakesBackTwoMoves) {
@@ -80,7 +80,7 @@ TEST(ProtocolSetBoard, BadTextKeepsThePreviousPosition) {
       afterE2E4,
       startBoard(),  // the move before the failed set-up can still be taken back
   });
-  EXPECT_EQ(xboardSession("usermove e2e4\nsetboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1\nundo\n"),
+  EXPECT_EQ(xboardSession("force\nusermove e2e4\nsetboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1\nundo\n"),
             expected);
 }
 
@@ -132,7 +132,7 @@ TEST(ProtocolGameEnd, ThirdRepetitionByUserMovesGoesOn) {
 TEST(ProtocolNewGame, RecreatesTheTablesAndStartsOver) {
   const Lines expected = joined({{"# making user move: e2e4"}, afterE2E4, newTableLines(), startBoard(),
                                  {"# command \"undo\" returned an error code "}});
-  EXPECT_EQ(xboardSession("usermove e2e4\nnew\nundo\n"), expected);
+  EXPECT_EQ(xboardSession("force\nusermove e2e4\nnew\nundo\n"), expected);
 }
 
 }  // namespace

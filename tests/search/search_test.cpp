@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "board/fen.h"
+#include "board/move_text.h"
+#include "eval/evaluate.h"
+#include "search/searcher.h"
+
+namespace torvy {
+namespace {
+
+// Stands in for the player: the clock never runs out, and lines are kept for inspection.
+class RecordingPlayer : public SearchInterface {
+ public:
+  bool checkTimeout() override { return false; }
+  void printAnalysisLine(unsigned depth, int score, const PvLine& line) override {
+    std::ostringstream text;
+    text << depth << ' ' << score;
+    for (std::uint16_t i = 0; i < line.count; ++i) text << ' ' << moveToText(line.moves[i]);
+    lines.push_back(text.str());
+  }
+  void printSearchStats() override {}
+
+  std::vector<std::string> lines;
+};
+
+struct SearchResult {
+  Move best = NoMove;
+  Move ponder = NoMove;
+  std::string output;
+  std::uint64_t nodes = 0;
+  std::vector<std::string> analysis;
+};
+
+class SearchTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    initEvaluation();
+    std::ostringstream sink;
+    ttHash.resize(4, "TT hash", sink);
+    pawnHash.resize(1, "Pawn hash", sink);
+    clock.maxTime = 1000000;
+  }
+
+  SearchResult search(const char* fen, unsigned depth, bool timeLimited = true) {
+    clock.depthLimited = true;
+    clock.maxDepth = depth;
+    clock.timeLimited = timeLimited;
+    auto game = std::make_unique<Board_0x88>();
+    EXPECT_TRUE(setFromFen(*game, fen)) << fen;
+    auto searcher = std::make_unique<Searcher>(0, Searcher::Tables{&ttHash, &pawnHash, &tablebases, &clock, &player});
+    SearchResult result;
+    ::testing::internal::CaptureStdout();
+    searcher->runSearch(*game, result.best, result.ponder);
+    result.output = ::testing::internal::GetCapturedStdout();
+    result.nodes = searcher->stats.nodes.get();
+    result.analysis = player.lines;
+    player.lines.clear();
+    return result;
+  }
+
+  TranspositionTable ttHash;
+  PawnHashTable pawnHash;
+  TablebaseState tablebases;
+  SearchClock clock;
+  RecordingPlayer player;
+};
+
+TEST_F(SearchTest, FindsMatesAndSaysHowFarAway) {
+  const SearchResult one = search("6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 10);
+  EXPECT_EQ(moveToText(one.best), "a1a8");
+  EXPECT_NE(one.output.find("# forced mate in 1 plies: a1a8"), std::string::npos) << one.output;
+
+  const SearchResult two = search("k7/8/2K5/8/8/8/8/7R w - - 0 1", 10);
+  EXPECT_NE(two.output.find("# forced mate in 3 plies: "), std::string::npos) << two.output;
+
+  const SearchResult mated = search("6k1/5ppp/8/8/8/8/rr6/4K3 w - - 0 1", 10);
+  EXPECT_NE(mated.output.find("# getting mated in 2 plies: "), std::string::npos) << mated.output;
+}
+
+TEST_F(SearchTest, SingleLegalMoveIsPlayedAtOnce) {
+  const SearchResult forced = search("7k/8/8/8/8/8/6q1/7K w - - 0 1", 20);
+  EXPECT_EQ(moveToText(forced.best), "h1g2");
+  EXPECT_NE(forced.output.find("# forced move: h1g2"), std::string::npos) << forced.output;
+}
+
+TEST_F(SearchTest, FixedDepthSearchIsRepeatable) {
+  const char* fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+  const SearchResult first = search(fen, 5);
+  ttHash.clear();
+  pawnHash.clear();
+  const SearchResult second = search(fen, 5);
+  EXPECT_EQ(first.best, second.best);
+  EXPECT_EQ(first.nodes, second.nodes);
+  EXPECT_GT(first.nodes, 1000u);
+  EXPECT_FALSE(first.analysis.empty());
+}
+
+TEST_F(SearchTest, AnalysisAndStoppedSearchesGiveNoMove) {
+  const SearchResult analysis = search(StartFen, 3, false);
+  EXPECT_EQ(analysis.best, NoMove);
+  EXPECT_FALSE(analysis.analysis.empty());
+
+  auto game = std::make_unique<Board_0x88>();
+  setStartPosition(*game);
+  Searcher searcher(0, Searcher::Tables{&ttHash, &pawnHash, &tablebases, &clock, &player});
+  clock.timeLimited = true;
+  searcher.clearFlags();
+  searcher.requestStop(true);
+  Move best = NoMove;
+  Move ponder = NoMove;
+  searcher.runSearch(*game, best, ponder);
+  EXPECT_EQ(best, NoMove);
+}
+
+TEST_F(SearchTest, RootWithoutMovesReportsDepthZero) {
+  const SearchResult mate = search("R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", 5);
+  EXPECT_EQ(mate.best, NoMove);
+  ASSERT_EQ(mate.analysis.size(), 1u);
+  EXPECT_EQ(mate.analysis[0], "0 -32000");
+}
+
+}  // namespace
+}  // namespace torvy
