@@ -7,18 +7,18 @@
 
 namespace torvy {
 
-constexpr std::uint32_t EmptySlot = 0xFFFFFFFF;
-
 struct CacheBlock {
-  std::uint32_t endgame = EmptySlot;
-  std::uint32_t side = EmptySlot;
-  std::uint32_t offset = EmptySlot;  // index of the block's first position
+  static constexpr std::uint32_t Empty = 0xFFFFFFFF;  // in all three fields of an empty slot
+
+  std::uint32_t endgame = Empty;
+  std::uint32_t side = Empty;
+  std::uint32_t offset = Empty;  // index of the block's first position
   std::uint8_t* buffer = nullptr;    // this slot's part of the cache's memory
   CacheBlock* older = nullptr;
   CacheBlock* newer = nullptr;
 
-  bool empty() const { return endgame == EmptySlot; }
-  void markEmpty() { endgame = side = offset = EmptySlot; }
+  bool empty() const { return endgame == Empty; }
+  void markEmpty() { endgame = side = offset = Empty; }
 };
 
 struct CacheStatistics {

@@ -9,10 +9,10 @@ namespace torvy {
 
 using DtmValue = std::uint16_t;
 
-constexpr unsigned DrawCode = 0;
-constexpr unsigned WhiteMatesCode = 1;
-constexpr unsigned BlackMatesCode = 2;
-constexpr unsigned ForbiddenCode = 3;
+constexpr unsigned ResultDraw = 0;
+constexpr unsigned ResultWhiteMates = 1;
+constexpr unsigned ResultBlackMates = 2;
+constexpr unsigned ResultForbidden = 3;
 
 constexpr DtmValue dtmValue(unsigned plies, unsigned code) { return DtmValue(plies * 8 + code); }
 constexpr unsigned dtmCode(DtmValue value) { return value & 7; }
@@ -24,15 +24,15 @@ constexpr DtmValue decodeStoredByte(std::uint8_t byte, int side) {
   const unsigned r = byte & 3;
   const unsigned n = byte >> 2;
   const bool whiteToMove = side == 0;
-  if (byte == 0) return dtmValue(0, DrawCode);
-  if (byte == 3) return dtmValue(0, ForbiddenCode);
+  if (byte == 0) return dtmValue(0, ResultDraw);
+  if (byte == 3) return dtmValue(0, ResultForbidden);
   switch (r) {
-    case 1: return dtmValue(whiteToMove ? 2 * n + 1 : 2 * n, WhiteMatesCode);
-    case 2: return dtmValue(whiteToMove ? 2 * n : 2 * n + 1, BlackMatesCode);
+    case 1: return dtmValue(whiteToMove ? 2 * n + 1 : 2 * n, ResultWhiteMates);
+    case 2: return dtmValue(whiteToMove ? 2 * n : 2 * n + 1, ResultBlackMates);
     case 0:
-      if (!whiteToMove && byte == 252) return dtmValue(254, WhiteMatesCode);
-      return dtmValue(2 * n + 127, whiteToMove ? WhiteMatesCode : BlackMatesCode);
-    default: return dtmValue(2 * n + 126, whiteToMove ? BlackMatesCode : WhiteMatesCode);
+      if (!whiteToMove && byte == 252) return dtmValue(254, ResultWhiteMates);
+      return dtmValue(2 * n + 127, whiteToMove ? ResultWhiteMates : ResultBlackMates);
+    default: return dtmValue(2 * n + 126, whiteToMove ? ResultBlackMates : ResultWhiteMates);
   }
 }
 

@@ -12,16 +12,16 @@ constexpr std::uint8_t KingCode = 6;
 constexpr int MostMen = 5;
 constexpr const char* PieceCodeLetters = "-pnbrqk";
 
-constexpr unsigned otherSideCode(unsigned code) { return code == WhiteMatesCode ? BlackMatesCode : WhiteMatesCode; }
+constexpr unsigned otherSideCode(unsigned code) { return code == ResultWhiteMates ? ResultBlackMates : ResultWhiteMates; }
 
 // The better of two values for the side to move: a win beats a draw, a draw beats a loss, the
 // quicker win and the slower loss are better. A forbidden value never wins.
 DtmValue betterFor(std::uint32_t sideToMove, DtmValue current, DtmValue candidate) {
-  if (dtmCode(candidate) == ForbiddenCode) return current;
-  if (dtmCode(current) == ForbiddenCode) return candidate;
-  const unsigned winCode = sideToMove == 0 ? WhiteMatesCode : BlackMatesCode;
+  if (dtmCode(candidate) == ResultForbidden) return current;
+  if (dtmCode(current) == ResultForbidden) return candidate;
+  const unsigned winCode = sideToMove == 0 ? ResultWhiteMates : ResultBlackMates;
   const auto rank = [winCode](DtmValue value) {
-    if (dtmCode(value) == DrawCode) return 1;
+    if (dtmCode(value) == ResultDraw) return 1;
     return dtmCode(value) == winCode ? 2 : 0;
   };
   if (rank(current) != rank(candidate)) return rank(candidate) > rank(current) ? candidate : current;
@@ -32,7 +32,7 @@ DtmValue betterFor(std::uint32_t sideToMove, DtmValue current, DtmValue candidat
 
 DtmValue withColoursSwapped(DtmValue value) {
   const unsigned code = dtmCode(value);
-  if (code != WhiteMatesCode && code != BlackMatesCode) return value;
+  if (code != ResultWhiteMates && code != ResultBlackMates) return value;
   return dtmValue(dtmPlies(value), otherSideCode(code));
 }
 
@@ -96,7 +96,7 @@ GaviotaTables::Outcome GaviotaTables::locate(Position& position, Located& locate
     const IndexTables& tables = indexTables();
     const int flips = tables.flipTable[black.squares[0]][white.squares[0]];
     const bool legal = tables.kingPairIndex[flipSquare(black.squares[0], flips)][flipSquare(white.squares[0], flips)] != Unset;
-    bareKings = dtmValue(0, legal ? DrawCode : ForbiddenCode);
+    bareKings = dtmValue(0, legal ? ResultDraw : ResultForbidden);
     return Outcome::BareKings;
   }
   if (white.count + black.count > MostMen) return Outcome::NoTable;
@@ -129,7 +129,7 @@ GaviotaTables::Outcome GaviotaTables::locate(Position& position, Located& locate
 }
 
 bool GaviotaTables::probeDtm(const TablebaseProbe& probe, bool hard, unsigned& code, unsigned& plies) {
-  code = ForbiddenCode;
+  code = ResultForbidden;
   plies = 0;
   if (probe.castling != 0) return false;
   DtmValue value = 0;
@@ -147,7 +147,7 @@ bool GaviotaTables::probeDtmPosition(Position position, bool hard, DtmValue& val
     case Outcome::Value: break;
   }
   if (!located.exists) {
-    value = dtmValue(0, ForbiddenCode);
+    value = dtmValue(0, ResultForbidden);
   } else {
     bool found;
     {
@@ -190,14 +190,14 @@ bool GaviotaTables::resolveEnPassant(const Position& position, bool hard, DtmVal
     captured.remove(victim);
     DtmValue result = 0;
     if (!probeDtmPosition(after, hard, result)) return false;
-    if (dtmCode(result) == WhiteMatesCode || dtmCode(result) == BlackMatesCode) result = DtmValue(result + 8);
+    if (dtmCode(result) == ResultWhiteMates || dtmCode(result) == ResultBlackMates) result = DtmValue(result + 8);
     value = betterFor(position.sideToMove, value, result);
   }
   return true;
 }
 
 bool GaviotaTables::probeWdl(const TablebaseProbe& probe, bool hard, unsigned& code) {
-  code = ForbiddenCode;
+  code = ResultForbidden;
   if (probe.castling != 0) return false;
   if (probe.epSquare != NoTableSquare) {
     unsigned plies = 0;
@@ -218,7 +218,7 @@ bool GaviotaTables::probeWdl(const TablebaseProbe& probe, bool hard, unsigned& c
     found = cache_.getWdl(located.endgame, int(position.sideToMove), located.index, hard, code);
   }
   if (!found) {
-    code = ForbiddenCode;
+    code = ResultForbidden;
     if (hard) files_.record(located.endgame).status.store(EndgameGivenUp, std::memory_order_relaxed);
     return false;
   }

@@ -68,24 +68,24 @@ class InstalledTableProbeTest : public test::InstalledTablesTest {
 };
 
 TEST_F(InstalledTableProbeTest, AnswersMatesForEitherColourArrangement) {
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"})), (Answer{true, WhiteMatesCode, 1}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"})), (Answer{true, ResultWhiteMates, 1}));
   // The same position with colours and ranks swapped has no table of its own.
-  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"kb3", "qg8", "Ka1"})), (Answer{true, BlackMatesCode, 1}));
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"kb3", "qg8", "Ka1"})), (Answer{true, ResultBlackMates, 1}));
   // Men in any order come out sorted.
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Qg1", "ka8", "Kb6"})), (Answer{true, WhiteMatesCode, 1}));
-  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Kc6", "Bc5", "ka8"})), (Answer{true, DrawCode, 0}));
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kc6", "Qc8", "ka8"})), (Answer{true, ForbiddenCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Qg1", "ka8", "Kb6"})), (Answer{true, ResultWhiteMates, 1}));
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Kc6", "Bc5", "ka8"})), (Answer{true, ResultDraw, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kc6", "Qc8", "ka8"})), (Answer{true, ResultForbidden, 0}));
 }
 
 TEST_F(InstalledTableProbeTest, BareKingsNeedNoTable) {
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "ke3"})), (Answer{true, DrawCode, 0}));
-  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "kd2"})), (Answer{true, ForbiddenCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "ke3"})), (Answer{true, ResultDraw, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "kd2"})), (Answer{true, ResultForbidden, 0}));
 }
 
 TEST_F(InstalledTableProbeTest, FailsWithoutATableOrWithCastlingRights) {
   TablebaseProbe castling = probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"});
   castling.castling = ProbeBlackKingSide;
-  EXPECT_EQ(probeDtm(tables, castling), (Answer{false, ForbiddenCode, 0}));
+  EXPECT_EQ(probeDtm(tables, castling), (Answer{false, ResultForbidden, 0}));
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Qd1", "Ra1", "Bc1", "Nb1", "ke8"})).found, false)
       << "six men";
 
@@ -103,7 +103,7 @@ TEST_F(InstalledTableProbeTest, SoftProbesAnswerOnlyFromTheCache) {
   EXPECT_FALSE(probeDtm(tables, probe, false).found);
   EXPECT_EQ(tables.files().record(0).status, EndgameAvailable);
   EXPECT_TRUE(probeDtm(tables, probe).found);
-  EXPECT_EQ(probeDtm(tables, probe, false), (Answer{true, WhiteMatesCode, 1}));
+  EXPECT_EQ(probeDtm(tables, probe, false), (Answer{true, ResultWhiteMates, 1}));
 }
 
 TEST_F(InstalledTableProbeTest, WinDrawLossAgreesWithTheDistances) {
@@ -159,32 +159,32 @@ TEST_F(HandMadeTableProbeTest, EnPassantCaptureThatMatesAddsOnePly) {
   writeTable("kpk", {WhiteMatesIn5Or4, WhiteMatesIn5Or4});
   open();
   // Black has just played d7-d5 beside the pawn on e5.
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, DrawCode, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, ResultDraw, 0}));
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6"))),
-            (Answer{true, WhiteMatesCode, 5}));
+            (Answer{true, ResultWhiteMates, 5}));
   // The same for Black, whose capture leaves the colour-swapped kpk.
   EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "Pe4", "ke8", "pd4"}, square("e3"))),
-            (Answer{true, BlackMatesCode, 5}));
+            (Answer{true, ResultBlackMates, 5}));
   // No pawn beside the victim, or no victim: the table's value stands.
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pa5", "ke8", "pd5"}, square("d6"))),
-            (Answer{true, DrawCode, 0}));
+            (Answer{true, ResultDraw, 0}));
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd4"}, square("d6"))),
-            (Answer{true, DrawCode, 0}));
+            (Answer{true, ResultDraw, 0}));
   // No wrap round the edge: a pawn on h5 is no neighbour of one on a5.
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Ph5", "ke8", "pa5"}, square("a6"))),
-            (Answer{true, DrawCode, 0}));
+            (Answer{true, ResultDraw, 0}));
   unsigned code = 7;
   EXPECT_TRUE(tables.probeWdl(probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6")), true, code));
-  EXPECT_EQ(code, WhiteMatesCode);
+  EXPECT_EQ(code, ResultWhiteMates);
 }
 
 TEST_F(HandMadeTableProbeTest, EnPassantCaptureRescuesALostPosition) {
   writeTable("kpkp", {BlackMatesIn6Or7, BlackMatesIn6Or7});
   writeTable("kpk", {Draw, Draw});
   open();
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, BlackMatesCode, 6}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, ResultBlackMates, 6}));
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6"))),
-            (Answer{true, DrawCode, 0}));
+            (Answer{true, ResultDraw, 0}));
 }
 
 TEST_F(HandMadeTableProbeTest, AnUnreadableBlockGivesTheEndgameUpUntilReopened) {
@@ -194,7 +194,7 @@ TEST_F(HandMadeTableProbeTest, AnUnreadableBlockGivesTheEndgameUpUntilReopened) 
   open();
   const TablebaseProbe whiteToMove = probeOf(WhiteToMove, {"Kb6", "Qg1", "kh8"});
   const TablebaseProbe blackToMove = probeOf(BlackToMove, {"Kb6", "Qg1", "kh8"});
-  const Answer readable{true, WhiteMatesCode, 4};
+  const Answer readable{true, ResultWhiteMates, 4};
 
   EXPECT_FALSE(probeDtm(tables, whiteToMove, false).found);
   EXPECT_EQ(probeDtm(tables, blackToMove), readable) << "a soft failure gives nothing up";

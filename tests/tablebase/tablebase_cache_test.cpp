@@ -185,7 +185,7 @@ TEST_F(InstalledTableCacheTest, LongestQueenMateIsTenMoves) {
   for (std::uint32_t index = 0; index < Endgames[kqk].maxIndex; ++index) {
     DtmValue word = 0;
     ASSERT_TRUE(cache.getDtm(kqk, WhiteToMove, index, true, word));
-    if (dtmCode(word) == WhiteMatesCode) longest = std::max(longest, dtmPlies(word));
+    if (dtmCode(word) == ResultWhiteMates) longest = std::max(longest, dtmPlies(word));
   }
   EXPECT_EQ(longest, 19u);
   EXPECT_EQ(cache.diskStatistics().blocksRead, 2u);
