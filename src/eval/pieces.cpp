@@ -69,23 +69,29 @@ struct Surroundings {
   Square88 enemyKing;
 };
 
-// What one man earns, with its type known at compile time; credit books each part.
-template <PieceType Type, Color Us, class Credit>
-void scoreMan(const Surroundings& around, Square88 s, Credit& credit) {
+// What one man earns, with its type known at compile time; the book is told each part.
+template <PieceType Type, Color Us, class Book>
+ScorePair scoreMan(const Surroundings& around, Square88 s, Book& book) {
   const int enemyKingFile = fileOf(around.enemyKing);
+  ScorePair piece;
   if constexpr (Type == Knight) {
-    credit(EvalTerm::Knights, knightMobility[knightSquares(s, around.occupancy, Us)]);
+    piece = knightMobility[knightSquares(s, around.occupancy, Us)];
+    book.add(EvalTerm::Knights, Us, piece);
   } else if constexpr (Type == Bishop) {
-    credit(EvalTerm::Bishops, bishopMobility[sliderSquares<bishopDeltas>(s, around.occupancy, Us)]);
+    piece = bishopMobility[sliderSquares<bishopDeltas>(s, around.occupancy, Us)];
+    book.add(EvalTerm::Bishops, Us, piece);
   } else if constexpr (Type == Rook) {
-    credit(EvalTerm::Rooks, rookMobility[sliderSquares<rookDeltas>(s, around.occupancy, Us)] +
-                                rookFile(fileOf(s), enemyKingFile, around.info));
+    piece = rookMobility[sliderSquares<rookDeltas>(s, around.occupancy, Us)] +
+            rookFile(fileOf(s), enemyKingFile, around.info);
+    book.add(EvalTerm::Rooks, Us, piece);
   } else if constexpr (Type == Queen) {
-    ScorePair value = queenMobilityTable[sliderSquares<kingDeltas>(s, around.occupancy, Us)];
-    if (around.info.openFiles >> fileOf(s) & 1) value += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
-    credit(EvalTerm::Queens, value);
+    piece = queenMobilityTable[sliderSquares<kingDeltas>(s, around.occupancy, Us)];
+    if (around.info.openFiles >> fileOf(s) & 1) piece += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
+    book.add(EvalTerm::Queens, Us, piece);
   }
-  credit(EvalTerm::KingTropism, tropism(Type, s, around.enemyKing));
+  const ScorePair nearKing = tropism(Type, s, around.enemyKing);
+  book.add(EvalTerm::KingTropism, Us, nearKing);
+  return piece + nearKing;
 }
 
 // Slots 0 to 7 belong to one type each, so their men need no dispatch.
@@ -93,26 +99,26 @@ constexpr PieceType ownSlotType[8] = {King, Queen, Rook, Rook, Bishop, Bishop, K
 constexpr int SharedSlotsBegin = 8;
 constexpr int SlotCount = 16;
 
-template <Color Us, class Credit, std::size_t... Slot>
-void scoreOwnSlots(const Surroundings& around, Credit& credit, std::index_sequence<Slot...>) {
+template <Color Us, class Book, std::size_t... Slot>
+void scoreOwnSlots(const Surroundings& around, ScoreSum& total, Book& book, std::index_sequence<Slot...>) {
   auto scoreSlot = [&]<std::size_t I>() {
     const Square88 s = around.board.pieceList[Us][I];
-    if (onBoard(s)) scoreMan<ownSlotType[I], Us>(around, s, credit);
+    if (onBoard(s)) total += scoreMan<ownSlotType[I], Us>(around, s, book);
   };
   (scoreSlot.template operator()<Slot>(), ...);
 }
 
 // Slots 8 to 15: pawns, whose tropism is counted apart, and pieces beyond their own slots.
-template <Color Us, class Credit>
-void scoreSharedSlots(const Surroundings& around, Credit& credit) {
+template <Color Us, class Book>
+void scoreSharedSlots(const Surroundings& around, ScoreSum& total, Book& book) {
   for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
     const Square88 s = around.board.pieceList[Us][slot];
     if (!onBoard(s) || around.board.pieceOn[s] == Pawn) continue;
     switch (around.board.pieceOn[s]) {
-      case Knight: scoreMan<Knight, Us>(around, s, credit); break;
-      case Bishop: scoreMan<Bishop, Us>(around, s, credit); break;
-      case Rook: scoreMan<Rook, Us>(around, s, credit); break;
-      case Queen: scoreMan<Queen, Us>(around, s, credit); break;
+      case Knight: total += scoreMan<Knight, Us>(around, s, book); break;
+      case Bishop: total += scoreMan<Bishop, Us>(around, s, book); break;
+      case Rook: total += scoreMan<Rook, Us>(around, s, book); break;
+      case Queen: total += scoreMan<Queen, Us>(around, s, book); break;
       default: break;
     }
   }
@@ -123,14 +129,12 @@ void scoreSharedSlots(const Surroundings& around, Credit& credit) {
 template <Color Us, class Book>
 PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occupancy& occupancy, Book& book) {
   const Surroundings around{board, info, occupancy, board.kingSquare(Us ^ 1)};
+  const ScorePair pawns = pawnTropism(Us, info.pawns[Us], around.enemyKing);
+  book.add(EvalTerm::KingTropism, Us, pawns);
   ScoreSum total;
-  auto credit = [&](EvalTerm term, ScorePair value) {
-    total += value;
-    book.add(term, Us, value);
-  };
-  credit(EvalTerm::KingTropism, pawnTropism(Us, info.pawns[Us], around.enemyKing));
-  scoreOwnSlots<Us>(around, credit, std::make_index_sequence<SharedSlotsBegin>());
-  scoreSharedSlots<Us>(around, credit);
+  total += pawns;
+  scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
+  scoreSharedSlots<Us>(around, total, book);
   return total.packed();
 }
 
