@@ -54,11 +54,15 @@ struct MoveSelector {
   // The perft form of next: the stages of the kind with the generated moves in generation
   // order, unscored; NoMove behind the last stage.
   template <Color Us>
-  Move nextAsGenerated();
+  Move nextAsGenerated() {
+    return advance<Us, false>();
+  }
 
   // The search's form: generated moves scored once per stage and picked best first.
   template <Color Us>
-  Move next();
+  Move next() {
+    return advance<Us, true>();
+  }
 
   // Back to the start, so that the next call generates afresh.
   void rewind() {
@@ -75,6 +79,9 @@ struct MoveSelector {
   }
 
  private:
+  // Runs the stages of the kind until one gives a move; Scored picks the search's form.
+  template <Color Us, bool Scored>
+  Move advance();
   template <Color Us>
   Move pvStage();
   template <Color Us, bool InCheck>
@@ -185,33 +192,20 @@ inline Move MoveSelector::generatedStageScored() {
   return CapturesOnly ? takeBest(pvMove, NoMove) : takeBest(pvMove, hashMove);
 }
 
-template <Color Us>
-inline Move MoveSelector::next() {
+template <Color Us, bool Scored>
+inline Move MoveSelector::advance() {
   for (;;) {
     Move m = NoMove;
     switch (stage()) {
       case SelectorStage::PvMove: m = pvStage<Us>(); break;
       case SelectorStage::HashMove: m = hashStage<Us, false>(); break;
       case SelectorStage::HashMoveInCheck: m = hashStage<Us, true>(); break;
-      case SelectorStage::AllMoves: m = generatedStageScored<Us, false>(); break;
-      case SelectorStage::Captures: m = generatedStageScored<Us, true>(); break;
-      case SelectorStage::Done: return NoMove;
-    }
-    if (!isNoMove(m)) return m;
-    nextStage();
-  }
-}
-
-template <Color Us>
-inline Move MoveSelector::nextAsGenerated() {
-  for (;;) {
-    Move m = NoMove;
-    switch (stage()) {
-      case SelectorStage::PvMove: m = pvStage<Us>(); break;
-      case SelectorStage::HashMove: m = hashStage<Us, false>(); break;
-      case SelectorStage::HashMoveInCheck: m = hashStage<Us, true>(); break;
-      case SelectorStage::AllMoves: m = generatedStageAsGenerated<Us, false>(); break;
-      case SelectorStage::Captures: m = generatedStageAsGenerated<Us, true>(); break;
+      case SelectorStage::AllMoves:
+        m = Scored ? generatedStageScored<Us, false>() : generatedStageAsGenerated<Us, false>();
+        break;
+      case SelectorStage::Captures:
+        m = Scored ? generatedStageScored<Us, true>() : generatedStageAsGenerated<Us, true>();
+        break;
       case SelectorStage::Done: return NoMove;
     }
     if (!isNoMove(m)) return m;

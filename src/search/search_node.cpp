@@ -87,6 +87,18 @@ int Searcher::searchChild(const CheckInfo& check, int alpha, int beta, int ply, 
   return v;
 }
 
+// A late quiet move is searched one ply shallower first, and again at full depth only if it
+// raises alpha.
+template <Color Us>
+int Searcher::searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth, int moveNumber,
+                         bool late, PvLine& child) {
+  if (late) {
+    const int v = searchChild<Us>(check, alpha, beta, childPly, depth - 2, moveNumber, child);
+    if (v <= alpha) return v;
+  }
+  return searchChild<Us>(check, alpha, beta, childPly, depth - 1, moveNumber, child);
+}
+
 template <Color Us>
 bool Searcher::nullMoveCutoff(int beta, int ply, int depth, const Bounds& bounds, int alpha, int& score) {
   constexpr Color Them = Us ^ 1;
@@ -128,14 +140,7 @@ int Searcher::searchMoves(MoveSelector& selector, Move first, int alpha, int bet
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
-    const int a = std::max(alpha, best);
-    int v = 0;
-    if (late) {
-      v = searchChild<Us>(check, a, beta, ply + 1, depth - 2, moveNumber, child);
-      if (v > a) v = searchChild<Us>(check, a, beta, ply + 1, depth - 1, moveNumber, child);
-    } else {
-      v = searchChild<Us>(check, a, beta, ply + 1, depth - 1, moveNumber, child);
-    }
+    const int v = searchMove<Us>(check, std::max(alpha, best), beta, ply + 1, depth, moveNumber, late, child);
     board.unmakeMove<Us>(m, undo);
     if (stopped()) return StoppedScore;
     if (v >= beta) {
@@ -154,29 +159,38 @@ int Searcher::searchMoves(MoveSelector& selector, Move first, int alpha, int bet
   return best;
 }
 
-template <Color Us>
-int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) {
+// The steps every interior node begins with: count, clock, draw, mate distance, table. True
+// when they settle the node, whose score is then in score.
+template <Color Us, bool InCheck>
+bool Searcher::openNode(int& alpha, int& beta, int ply, int depth, PvLine& line, Bounds& bounds, Move& ttMove,
+                        int& score) {
   stats.nodes.add();
-  if (mustStopAt()) return StoppedScore;
-  if (isDrawn()) return DrawScore;
-  const Bounds bounds = mateDistanceBounds<Us, false>(ply, alpha, beta);
+  score = StoppedScore;
+  if (mustStopAt()) return true;
+  score = DrawScore;
+  if (isDrawn()) return true;
+  bounds = mateDistanceBounds<Us, InCheck>(ply, alpha, beta);
   if (alpha >= beta) {
     storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, alpha, NoMove);
-    return alpha;
+    score = alpha;
+    return true;
   }
-
-  int ttScore = 0;
-  Move ttMove = NoMove;
   bool found = false;
-  const bool cutoff = probeTT(board, *ttHash, alpha, beta, ply, depth, ttScore, ttMove, found);
+  const bool cutoff = probeTT(board, *ttHash, alpha, beta, ply, depth, score, ttMove, found);
   if (found) stats.ttHits.add();
-  if (cutoff) {
-    if (ttMove != NoMove) {
-      line.moves[0] = ttMove;
-      line.count = 1;
-    }
-    return ttScore;
+  if (cutoff && ttMove != NoMove) {
+    line.moves[0] = ttMove;
+    line.count = 1;
   }
+  return cutoff;
+}
+
+template <Color Us>
+int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) {
+  Bounds bounds;
+  Move ttMove = NoMove;
+  int settled = 0;
+  if (openNode<Us, false>(alpha, beta, ply, depth, line, bounds, ttMove, settled)) return settled;
 
   int tablebaseValue = 0;
   if (probeTablebase<Us>(depth, tablebaseValue)) {
@@ -231,27 +245,10 @@ int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) 
 
 template <Color Us>
 int Searcher::searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int ply, int depth, PvLine& line) {
-  stats.nodes.add();
-  if (mustStopAt()) return StoppedScore;
-  if (isDrawn()) return DrawScore;
-  const Bounds bounds = mateDistanceBounds<Us, true>(ply, alpha, beta);
-  if (alpha >= beta) {
-    storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, alpha, NoMove);
-    return alpha;
-  }
-
-  int ttScore = 0;
+  Bounds bounds;
   Move ttMove = NoMove;
-  bool found = false;
-  const bool cutoff = probeTT(board, *ttHash, alpha, beta, ply, depth, ttScore, ttMove, found);
-  if (found) stats.ttHits.add();
-  if (cutoff) {
-    if (ttMove != NoMove) {
-      line.moves[0] = ttMove;
-      line.count = 1;
-    }
-    return ttScore;
-  }
+  int settled = 0;
+  if (openNode<Us, true>(alpha, beta, ply, depth, line, bounds, ttMove, settled)) return settled;
 
   MoveSelector selector;
   selector.init<Us>(SelectInCheck, board, check, line.first());
@@ -308,8 +305,8 @@ int Searcher::quiescence(int alpha, int beta, int ply, PvLine& line) {
   return best;
 }
 
-template int Searcher::searchChild<White>(const CheckInfo&, int, int, int, int, int, PvLine&);
-template int Searcher::searchChild<Black>(const CheckInfo&, int, int, int, int, int, PvLine&);
+template int Searcher::searchMove<White>(const CheckInfo&, int, int, int, int, int, bool, PvLine&);
+template int Searcher::searchMove<Black>(const CheckInfo&, int, int, int, int, int, bool, PvLine&);
 template Searcher::Bounds Searcher::mateDistanceBounds<White, false>(int, int&, int&) const;
 template Searcher::Bounds Searcher::mateDistanceBounds<Black, false>(int, int&, int&) const;
 template Searcher::Bounds Searcher::mateDistanceBounds<White, true>(int, int&, int&) const;

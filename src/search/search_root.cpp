@@ -201,14 +201,7 @@ int Searcher::searchRootMoves(const CheckInfo& check, int alpha, int beta, int d
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
-    const int a = std::max(alpha, best);
-    int v = 0;
-    if (late) {
-      v = searchChild<Us>(childCheck, a, beta, 1, depth - 2, moveNumber, child);
-      if (v > a) v = searchChild<Us>(childCheck, a, beta, 1, depth - 1, moveNumber, child);
-    } else {
-      v = searchChild<Us>(childCheck, a, beta, 1, depth - 1, moveNumber, child);
-    }
+    const int v = searchMove<Us>(childCheck, std::max(alpha, best), beta, 1, depth, moveNumber, late, child);
     board.unmakeMove<Us>(m, undo);
     if (stopped()) break;
     if (v >= beta) {

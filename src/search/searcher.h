@@ -80,6 +80,10 @@ class Searcher {
   template <Color Us> int searchNode(int alpha, int beta, int ply, int depth, PvLine& line);
   template <Color Us> int searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int ply, int depth,
                                             PvLine& line);
+  template <Color Us, bool InCheck> bool openNode(int& alpha, int& beta, int ply, int depth, PvLine& line,
+                                                 Bounds& bounds, Move& ttMove, int& score);
+  template <Color Us> int searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth,
+                                     int moveNumber, bool late, PvLine& child);
   template <Color Us> int searchChild(const CheckInfo& check, int alpha, int beta, int ply, int depth,
                                       int moveNumber, PvLine& line);
   template <Color Us> int quiescence(int alpha, int beta, int ply, PvLine& line);
