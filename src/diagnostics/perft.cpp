@@ -1,5 +1,6 @@
 #include "diagnostics/perft.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <type_traits>
 
@@ -144,6 +145,12 @@ void runDriver(Board_0x88& board, PerftTable& table, std::uint32_t sizeMB, Searc
   printReport(run, table, prefix, out);
 }
 
+// The light key stack holds one key per ply made, and depth 1 makes none. Deeper runs could
+// not end in any case, so they are cut to what the stack holds rather than overrun it.
+int cappedDepth(const Board_0x88& board, int depth) {
+  return std::min(depth, int(LightKeysSize - board.lightIndex));
+}
+
 }  // namespace
 
 void preparePerftHash(PerftTable& table, std::uint32_t sizeMB, std::ostream& out) {
@@ -185,12 +192,14 @@ std::uint64_t perftFromRoot(std::uint64_t& nodes, Board_0x88& board, PerftTable&
 
 void runPerft(Board_0x88& board, PerftTable& table, std::uint32_t sizeMB, SearchClock& clock, int depth,
               std::ostream& out) {
+  depth = cappedDepth(board, depth);
   runDriver(board, table, sizeMB, clock, "# ", out,
             [&](std::uint64_t& nodes) { return perftFromRoot(nodes, board, table, depth); });
 }
 
 void runDivide(Board_0x88& board, PerftTable& table, std::uint32_t sizeMB, SearchClock& clock, int depth,
                std::ostream& out) {
+  depth = cappedDepth(board, depth);
   runDriver(board, table, sizeMB, clock, "", out, [&](std::uint64_t& nodes) {
     return bySideAndCheck(board, [&](auto us, auto inCheck, const CheckInfo& check) {
       return divideRoot<us(), inCheck()>(nodes, board, table, depth, check, out);

@@ -62,4 +62,26 @@ inline std::string flippedFen(const std::string& fen) {
   return flipped;
 }
 
+// True if text has the shape, in which "{n}" stands for one or more digits and "{d}" for one.
+inline bool matchesShape(const std::string& text, const std::string& shape) {
+  std::size_t t = 0;
+  std::size_t s = 0;
+  auto digitAt = [&](std::size_t i) { return i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); };
+  while (s < shape.size()) {
+    if (shape.compare(s, 3, "{n}") == 0 || shape.compare(s, 3, "{d}") == 0) {
+      if (!digitAt(t)) return false;
+      ++t;
+      if (shape[s + 1] == 'n')
+        while (digitAt(t)) ++t;
+      s += 3;
+    } else if (t < text.size() && text[t] == shape[s]) {
+      ++t;
+      ++s;
+    } else {
+      return false;
+    }
+  }
+  return t == text.size();
+}
+
 }  // namespace torvy::testing
