@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Feeds the engine random and mutated command lines and reports any crash, hang or sanitizer
 report. Usage: scripts/fuzz-commands.py ENGINE [runs, default 200] [seed]"""
+import os
 import random
 import subprocess
 import sys
@@ -43,7 +44,7 @@ def random_line(rng):
 
 
 def main():
-    engine = sys.argv[1]
+    engine = os.path.abspath(sys.argv[1])
     runs = int(sys.argv[2]) if len(sys.argv) > 2 else 200
     rng = random.Random(int(sys.argv[3]) if len(sys.argv) > 3 else 1)
     failures = 0

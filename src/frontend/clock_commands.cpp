@@ -13,8 +13,9 @@ bool WBEngine::handleLevel(const Arguments& args) {
   const int minutes = std::atoi(base[0].c_str());
   const int seconds = base.size() == 2 ? std::atoi(base[1].c_str()) : 0;
   clock.movesPerSession = std::uint32_t(std::atoi(args[0].c_str()));
-  clock.timePerSession = std::uint32_t((minutes * 60 + seconds) * 100);
-  clock.increment = std::uint32_t(std::atoi(args[2].c_str()) * 100);
+  // Unsigned arithmetic: absurd values wrap instead of overflowing.
+  clock.timePerSession = (std::uint32_t(minutes) * 60 + std::uint32_t(seconds)) * 100;
+  clock.increment = std::uint32_t(std::atoi(args[2].c_str())) * 100;
   return true;
 }
 

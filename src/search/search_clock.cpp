@@ -1,6 +1,8 @@
 #include "search/search_clock.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstdint>
 
 namespace torvy {
 
@@ -77,7 +79,7 @@ void SearchClock::computeMaxTime(std::uint32_t gamePly, std::ostream& out) {
 void SearchClock::correctMaxTimeOutOfBook(std::uint32_t gamePly, bool& outOfBook, std::ostream& out) {
   if (outOfBook) return;
   if (movesPerSession == 0 || remainingMovesAt(gamePly) >= 10) {
-    maxTime = std::int32_t(maxTime * 1.5);
+    maxTime = std::int32_t(std::min(maxTime * 1.5, double(INT32_MAX)));
     out << "# out of book: corrected maxTime = " << maxTime << std::endl;
   }
   outOfBook = true;
