@@ -83,5 +83,24 @@ TEST_F(PawnsTest, HashHitGivesTheSameInfoAndCountsOnce) {
   EXPECT_EQ(miss.halfOpenFiles, 0u);
 }
 
+// The passed sets are made from the enemy pawns' spans; they must be what passedMask defines.
+TEST_F(PawnsTest, PassedSetsFollowThePassedMasks) {
+  NoBook none;
+  int passers = 0;
+  playRandomGames(10, 9, [&](Board_0x88& b) {
+    PawnInfo info;
+    evaluatePawns(info, b, pawnHash, none);
+    for (Color c : {White, Black}) {
+      SquareSet expected = 0;
+      for (int s = 0; s < 64; ++s)
+        if ((info.pawns[c] >> s & 1) && (passedMask[c][s] & info.pawns[opposite(c)]) == 0)
+          expected |= SquareSet(1) << s;
+      EXPECT_EQ(info.passed[c], expected);
+      passers += countSquares(expected);
+    }
+  });
+  EXPECT_GT(passers, 1000);
+}
+
 }  // namespace
 }  // namespace torvy
