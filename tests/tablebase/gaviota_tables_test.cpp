@@ -4,7 +4,9 @@
 
 #include <initializer_list>
 #include <string>
+#include <thread>
 #include <utility>
+#include <vector>
 
 #include "tablebase/table_fixtures.h"
 
@@ -122,6 +124,31 @@ TEST_F(InstalledTableProbeTest, WinDrawLossAgreesWithTheDistances) {
       }
   EXPECT_EQ(compared, 5 * 10 * 2);
   EXPECT_GT(tables.cache().wdlCache().statistics.hits, 0u);
+}
+
+// Threads that probe at once, through a cache too small for the endgames they visit, must get
+// what one thread alone gets.
+TEST_F(InstalledTableProbeTest, ConcurrentProbesAgreeWithSerialOnes) {
+  tables.cache().initCache(2 * TablebaseCache::DtmBlockBytes, 0);
+  std::vector<TablebaseProbe> probes;
+  for (std::uint32_t i = 0; i < 1000; ++i) {
+    TablebaseProbe probe = probeOf(i % 2, {"Ka1", "Qh1", "kh8"});
+    probe.whiteSquares = {i * 7 % 64, 8 + i * 13 % 48, NoTableSquare};
+    probe.blackSquares = {i * 29 % 64, NoTableSquare};
+    probe.whitePieces[1] = std::uint8_t(1 + i % 5);
+    probes.push_back(probe);
+  }
+  std::vector<Answer> serial;
+  for (const TablebaseProbe& probe : probes) serial.push_back(probeDtm(tables, probe));
+
+  std::vector<std::vector<Answer>> parallel(4);
+  std::vector<std::thread> threads;
+  for (auto& answers : parallel)
+    threads.emplace_back([&] {
+      for (const TablebaseProbe& probe : probes) answers.push_back(probeDtm(tables, probe));
+    });
+  for (std::thread& thread : threads) thread.join();
+  for (const auto& answers : parallel) EXPECT_EQ(answers, serial);
 }
 
 // Hand-made tables of one value throughout, in the stored scheme, for what the real ones can't show.
