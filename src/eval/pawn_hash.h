@@ -54,6 +54,8 @@ struct PawnHashEntry {
   }
 };
 
+static_assert(sizeof(PawnHashEntry) == 32, "two entries to a cache line");
+
 class PawnHashTable : public HashTable<PawnHashEntry, 1> {
  public:
   // Shared by all threads. A plain load and store, not a locked increment: two threads that

@@ -39,11 +39,6 @@ TEST_F(PawnsTest, IsolatedDoubledAndBackwardPawns) {
   for (const TermCase& c : cases) expectWhiteTerm(EvalTerm::WeakPawns, c);
 }
 
-TEST_F(PawnsTest, BlackStructureMirrorsWhite) {
-  const ScorePair black = terms("k7/8/8/4p3/3pP3/8/8/7K w - - 0 1").term(EvalTerm::WeakPawns, Black);
-  EXPECT_EQ(black, (ScorePair{12, -5}));
-}
-
 TEST_F(PawnsTest, PassedPawns) {
   const TermCase cases[] = {
       // Blocked further up the file: n = 2 + 1, a quarter of passedBonus[3].
