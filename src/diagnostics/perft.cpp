@@ -16,6 +16,7 @@ using ColorConstant = std::integral_constant<Color, C>;
 
 constexpr std::uint64_t KeyBitsMask = (std::uint64_t(1) << 48) - 1;
 constexpr std::uint64_t DepthMask = 0xFFFF;
+constexpr int ClusterSlots = 4;  // as PerftTable groups its entries
 
 std::uint64_t storedKey(const PerftEntry& e) { return e.depthAndKey >> 16; }
 int storedDepth(const PerftEntry& e) { return int(e.depthAndKey & DepthMask); }
@@ -24,7 +25,7 @@ int storedDepth(const PerftEntry& e) { return int(e.depthAndKey & DepthMask); }
 bool probe(PerftTable& table, Key key, int depth, std::uint64_t& count) {
   const std::uint64_t key48 = key & KeyBitsMask;
   const PerftEntry* cluster = table.cluster(key);
-  for (int i = 0; i < 4; ++i) {
+  for (int i = 0; i < ClusterSlots; ++i) {
     if (storedKey(cluster[i]) != key48) continue;
     if (storedDepth(cluster[i]) != depth) return false;
     count = cluster[i].count;
@@ -38,13 +39,13 @@ void store(PerftTable& table, Key key, int depth, std::uint64_t count) {
   const std::uint64_t key48 = key & KeyBitsMask;
   PerftEntry* cluster = table.cluster(key);
   PerftEntry* target = nullptr;
-  for (int i = 0; i < 4 && target == nullptr; ++i)
+  for (int i = 0; i < ClusterSlots && target == nullptr; ++i)
     if (storedKey(cluster[i]) == key48) target = &cluster[i];
-  for (int i = 0; i < 4 && target == nullptr; ++i)
+  for (int i = 0; i < ClusterSlots && target == nullptr; ++i)
     if (cluster[i].isEmpty()) target = &cluster[i];
   if (target == nullptr) {
     target = &cluster[0];
-    for (int i = 1; i < 4; ++i)
+    for (int i = 1; i < ClusterSlots; ++i)
       if (storedDepth(cluster[i]) < storedDepth(*target)) target = &cluster[i];
   }
   target->count = count;
