@@ -100,14 +100,6 @@ TEST_F(InstalledTableProbeTest, FailsWithoutATableOrWithCastlingRights) {
   EXPECT_EQ(tables.files().record(kqkr).status, EndgameGivenUp);
 }
 
-TEST_F(InstalledTableProbeTest, SoftProbesAnswerOnlyFromTheCache) {
-  const TablebaseProbe probe = probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"});
-  EXPECT_FALSE(probeDtm(tables, probe, false).found);
-  EXPECT_EQ(tables.files().record(0).status, EndgameAvailable);
-  EXPECT_TRUE(probeDtm(tables, probe).found);
-  EXPECT_EQ(probeDtm(tables, probe, false), (Answer{true, ResultWhiteMates, 1}));
-}
-
 TEST_F(InstalledTableProbeTest, WinDrawLossAgreesWithTheDistances) {
   int compared = 0;
   for (const char* piece : {"Q", "R", "B", "N", "P"})

@@ -172,24 +172,5 @@ TEST_F(TablebaseCacheTest, WinDrawLossCacheIsFilledFromTheDistanceBlock) {
   EXPECT_TRUE(cache.lookupDtm(kqk, BlackToMove, 16384, word));
 }
 
-// The words of the real kqk table: the longest win with White to move takes 19 plies.
-class InstalledTableCacheTest : public test::InstalledTablesTest {};
-
-TEST_F(InstalledTableCacheTest, LongestQueenMateIsTenMoves) {
-  TablebaseFiles files;
-  files.open({test::installedTableFolder(4).string()}, CompressionScheme::Lzma, 8, false);
-  TablebaseCache cache(files);
-  cache.initCache(0, 96);
-  const int kqk = findEndgame("kqk");
-  unsigned longest = 0;
-  for (std::uint32_t index = 0; index < Endgames[kqk].maxIndex; ++index) {
-    DtmValue word = 0;
-    ASSERT_TRUE(cache.getDtm(kqk, WhiteToMove, index, true, word));
-    if (dtmCode(word) == ResultWhiteMates) longest = std::max(longest, dtmPlies(word));
-  }
-  EXPECT_EQ(longest, 19u);
-  EXPECT_EQ(cache.diskStatistics().blocksRead, 2u);
-}
-
 }  // namespace
 }  // namespace torvy

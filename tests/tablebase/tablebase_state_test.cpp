@@ -86,13 +86,6 @@ TEST_F(TablebaseStateTest, ScoresMatesForTheSideToMove) {
   EXPECT_EQ(value, 0);
 }
 
-TEST_F(TablebaseStateTest, CastlingRightsGetNoValue) {
-  state.setup("gaviota", tables, 1);
-  int value = 0;
-  EXPECT_TRUE(state.probeHard<White>(boardOf("8/8/8/8/8/8/8/R3K2k w - - 0 1"), value));
-  EXPECT_FALSE(state.probeHard<White>(boardOf("8/8/8/8/8/8/8/R3K2k w Q - 0 1"), value));
-}
-
 TEST_F(TablebaseStateTest, SearchesTheFoldersInOrderAndStartsEmptyEachTime) {
   state.setup("gaviota", "/nowhere;" + tables, 1);
   EXPECT_EQ(state.paths, (PathList{"/nowhere", tables}));
