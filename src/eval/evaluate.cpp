@@ -30,10 +30,8 @@ ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, con
 
 }  // namespace
 
-void initEvaluation() {
-  static const bool done = (initPieceSquareTables(), true);
-  (void)done;
-}
+// The other tables of the evaluation are built by the compiler.
+void initEvaluation() { initPieceSquareTables(); }
 
 template <class Book>
 int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, int beta, Book& book) {

@@ -11,7 +11,7 @@ namespace torvy {
 // Fills the evaluation's tables, once, on the main thread before any search thread exists;
 // boards sum the piece-square values from then on.
 void initEvaluation();
-// Fills pieceSquare; called by initEvaluation.
+// Fills pieceSquare, once however often it is called.
 void initPieceSquareTables();
 
 // The score for the side to move. Outside the window (alpha, beta) it may return a bound that
