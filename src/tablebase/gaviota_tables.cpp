@@ -52,8 +52,6 @@ void GaviotaTables::Men::remove(int slot) {
   --count;
 }
 
-GaviotaTables::GaviotaTables() = default;
-
 std::string GaviotaTables::initGaviota(bool verbose, CompressionScheme scheme, const PathList& paths) {
   std::string report = files_.open(paths, scheme, processOpenFileLimit(), verbose);
   cache_.resetCacheStatistics();
@@ -68,7 +66,8 @@ GaviotaTables::Position GaviotaTables::positionOf(const TablebaseProbe& probe) {
   position.sideToMove = probe.sideToMove;
   position.epSquare = probe.epSquare;
   const auto fill = [](Men& men, const auto& squares, const auto& pieces) {
-    for (int i = 0; i + 1 < ProbeListSize && squares[i] != NoTableSquare && pieces[i] != 0; ++i)
+    // Anything off the board ends a list, so that no square can index past the tables.
+    for (int i = 0; i + 1 < ProbeListSize && squares[i] < NoTableSquare && pieces[i] != 0; ++i)
       men.add(squares[i], pieces[i]);
   };
   fill(position.white, probe.whiteSquares, probe.whitePieces);

@@ -38,8 +38,6 @@ struct TablebaseProbe {
 
 class GaviotaTables {
  public:
-  GaviotaTables();
-
   // Opens what can be found of the tables in the folders; with verbose, returns the report.
   std::string initGaviota(bool verbose, CompressionScheme scheme, const PathList& paths);
   // Closes all files and frees all block indexes; every endgame becomes available again.
