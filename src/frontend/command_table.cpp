@@ -10,6 +10,7 @@ struct CommandTable {
   static constexpr CommandRow rows[] = {
       {"quit", &E::handleQuit, 0, 0, true},
       {"xboard", &E::handleXboard, 0, 0, false},
+      {"protover", &E::handleProtover, 1, 1, false},
       {"new", &E::handleNew, 0, 0, true},
       {"force", &E::handleForce, 0, 0, true},
       {"ping", &E::handlePing, 1, 1, false},
@@ -27,13 +28,20 @@ struct CommandTable {
       {"auto", &E::handleAuto, 0, 1, false},
       {"post", &E::handlePost, 0, 0, false},
       {"nopost", &E::handleNopost, 0, 0, false},
+      {"cores", &E::handleCores, 1, 1, false},
+      {"egtpath", &E::handleEgtpath, 2, 2, false},
+      {"option", &E::handleOption, 1, 1, false},
       {"book", &E::handleBook, 0, 0, false},
       {"nobook", &E::handleNobook, 0, 0, false},
       {"perft", &E::handlePerft, 1, 1, true},
       {"divide", &E::handleDivide, 1, 1, true},
       {"selftest", &E::handleSelftest, 0, 0, true},
+      {"eval", &E::handleEval, 0, 0, false},
       {"tune", &E::handleTune, 1, 2, false},
       {"randpos", &E::handleRandpos, 0, 0, false},
+      {"randgame", &E::handleRandgame, 0, 0, false},
+      {"norandgame", &E::handleNorandgame, 0, 0, false},
+      {"randgames", &E::handleRandgames, 1, 1, false},
   };
 };
 

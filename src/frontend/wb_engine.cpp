@@ -7,13 +7,17 @@
 
 #include "board/fen.h"
 #include "board/move_text.h"
+#include "frontend/configuration.h"
 #include "frontend/line_reader.h"
 
 namespace torvy {
 
 WBEngine::WBEngine(std::ostream& output, std::FILE* input) : player(clock, output), out(output), in(input) {
   player.engine = this;
+  readConfiguration();
 }
+
+void WBEngine::readConfiguration() { readConfigurationFile(ConfigurationFileName, player, out); }
 
 int WBEngine::run(int argc, char** argv) {
   printBanner();

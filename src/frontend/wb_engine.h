@@ -44,6 +44,8 @@ class WBEngine final : public EngineInterface {
  private:
   friend struct CommandTable;
 
+  // Once, at the end of construction: what it prints comes before the banner.
+  void readConfiguration();
   void printBanner();
   void readCommandLine(int argc, char** argv);
   void readCommand();
@@ -57,6 +59,7 @@ class WBEngine final : public EngineInterface {
 
   bool handleQuit(const Arguments&);
   bool handleXboard(const Arguments&);
+  bool handleProtover(const Arguments&);
   bool handleNew(const Arguments&);
   bool handleForce(const Arguments&);
   bool handlePing(const Arguments& args);
@@ -74,13 +77,20 @@ class WBEngine final : public EngineInterface {
   bool handleRemove(const Arguments&);
   bool handlePost(const Arguments&);
   bool handleNopost(const Arguments&);
+  bool handleCores(const Arguments& args);
+  bool handleEgtpath(const Arguments& args);
+  bool handleOption(const Arguments& args);
   bool handleBook(const Arguments&);
   bool handleNobook(const Arguments&);
   bool handlePerft(const Arguments& args);
   bool handleDivide(const Arguments& args);
   bool handleSelftest(const Arguments&);
+  bool handleEval(const Arguments&);
   bool handleTune(const Arguments&);
   bool handleRandpos(const Arguments&);
+  bool handleRandgame(const Arguments&);
+  bool handleNorandgame(const Arguments&);
+  bool handleRandgames(const Arguments& args);
 
   bool takeBack(std::uint32_t plies);
 

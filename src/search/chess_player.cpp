@@ -1,6 +1,7 @@
 #include "search/chess_player.h"
 
 #include <algorithm>
+#include <cstring>
 #include <thread>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "board/draw_rules.h"
 #include "board/fen.h"
 #include "board/movegen.h"
+#include "diagnostics/random_games.h"
 #include "search/search_thread.h"
 
 namespace torvy {
@@ -37,8 +39,14 @@ bool sideToMoveInCheck(const Board_0x88& board) {
 
 }  // namespace
 
+void copyOptionPath(OptionPath& field, std::string_view value) {
+  const std::size_t length = std::min(value.size(), OptionPathSize - 1);
+  std::memcpy(field, value.data(), length);
+  field[length] = '\0';
+}
+
 ChessPlayer::ChessPlayer(SearchClock& clock, std::ostream& out)
-    : clock(clock), out(out), maxCores(std::thread::hardware_concurrency()) {}
+    : clock(clock), out(out), maxCores(usableCores(std::thread::hardware_concurrency())) {}
 
 ChessPlayer::~ChessPlayer() {
   stopSearch();
@@ -120,6 +128,56 @@ void ChessPlayer::setCores(std::uint32_t wanted) {
   cores = std::min(wanted, maxCores);
   out << "# will now use " << cores << " cores (requested=" << wanted << ", current=" << activeCores
       << ", max=" << maxCores << ")" << std::endl;
+}
+
+void ChessPlayer::setTtHashSizeMB(std::uint32_t sizeMB) {
+  stopSearch();
+  ttHashSizeMB = sizeMB;
+  ttHash.resize(sizeMB, "TT hash", out);
+}
+
+void ChessPlayer::setPawnHashSizeMB(std::uint32_t sizeMB) {
+  stopSearch();
+  pawnHashSizeMB = sizeMB;
+  pawnHash.resize(sizeMB, "Pawn hash", out);
+}
+
+void ChessPlayer::setGtbCacheSizeMB(std::uint32_t sizeMB) {
+  stopSearch();
+  gtbCacheSizeMB = sizeMB;
+  setupTablebases("gaviota");
+}
+
+void ChessPlayer::setGtbPath(std::string_view path) {
+  stopSearch();
+  copyOptionPath(gtbPath, path);
+  setupTablebases("gaviota");
+}
+
+// The first lookup creates the book from bookFilePath; until then the field alone changes.
+void ChessPlayer::setBookFilePath(std::string_view path) {
+  stopSearch();
+  copyOptionPath(bookFilePath, path);
+  if (book) book->setPath(bookFilePath);
+}
+
+void ChessPlayer::setupTablebases(std::string_view type, const char* path) {
+  stopSearch();
+  if (type == "gaviota" && path != nullptr) copyOptionPath(gtbPath, path);
+  tablebases.setup(type, gtbPath, gtbCacheSizeMB);
+}
+
+bool ChessPlayer::randomMove(Move& move) { return pickRandomMove(board, move); }
+
+// Random games run on the game board itself, so a search that reads it is stopped first.
+void ChessPlayer::playRandomGames(std::uint64_t count) {
+  stopSearch();
+  const bool previous = randGame.exchange(true);
+  runRandomGames(board, count, out);
+  randGame = previous;
+  setStartPosition(board);
+  gamePly = 0;
+  firstUndoablePly = 0;
 }
 
 }  // namespace torvy

@@ -3,12 +3,15 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <ostream>
+#include <string_view>
 #include <vector>
 
 #include "board/board.h"
+#include "book/book.h"
 #include "diagnostics/perft.h"
 #include "eval/pawn_hash.h"
 #include "search/engine_interface.h"
@@ -20,6 +23,15 @@
 namespace torvy {
 
 constexpr std::uint32_t MaxGameMoves = 1023;
+// A path option holds this many characters with its terminating zero; longer values are cut.
+constexpr std::size_t OptionPathSize = 256;
+
+using OptionPath = char[OptionPathSize];
+
+void copyOptionPath(OptionPath& field, std::string_view value);
+
+// Hardware that reports no concurrency still has the one core the engine runs on.
+constexpr std::uint32_t usableCores(unsigned reported) { return reported == 0 ? 1 : reported; }
 
 class SearchThread;
 
@@ -49,15 +61,33 @@ class ChessPlayer final : public SearchInterface {
 
   void setCores(std::uint32_t wanted);
 
+  // The option setters. Each replaces something a search uses, so a running search is stopped
+  // first; the command loop starts it again when the engine is still to move.
+  void setTtHashSizeMB(std::uint32_t sizeMB);
+  void setPawnHashSizeMB(std::uint32_t sizeMB);
+  void setGtbCacheSizeMB(std::uint32_t sizeMB);
+  void setGtbPath(std::string_view path);
+  void setBookFilePath(std::string_view path);
+  // Tears down the tablebases and, for "gaviota", sets them up again from a new path, or from
+  // gtbPath when none is given.
+  void setupTablebases(std::string_view type, const char* path = nullptr);
+
+  // A random legal move of the game board; false when there is none.
+  bool randomMove(Move& move);
+  // The random games report; the game in progress is lost and the start position set up.
+  void playRandomGames(std::uint64_t count);
+
   // The pool: the search never runs on the main thread, which stays free to read commands.
+  // A pool that has to be rebuilt is stopped first.
   void syncThreads(bool force);
+  void createMissingTables();
   void startSearch();
   // Ends a running search; a search so stopped gives no move.
   void stopSearch();
   // True when no search thread is working, so that a published move is fully made.
   bool isIdle() const;
 
-  // Thread 0's job: clock, book, search, then the move to the engine.
+  // Thread 0's job: clock, a random move, the book or a search, then the move to the engine.
   void searchJob();
   void helperJob(std::uint32_t index);
 
@@ -84,6 +114,12 @@ class ChessPlayer final : public SearchInterface {
   std::uint32_t pawnHashSizeMB = 32;
 
   TablebaseState tablebases;
+  std::uint32_t gtbCacheSizeMB = 16;
+  OptionPath gtbPath = "C:/gtb";
+
+  // Created on the first lookup, which also seeds rand from the clock.
+  std::unique_ptr<Book> book;
+  OptionPath bookFilePath = "book.bin";
 
   // Switches that commands flip while a search may read them.
   std::atomic<bool> useBook{true};
@@ -97,7 +133,10 @@ class ChessPlayer final : public SearchInterface {
   std::uint32_t activeCores = 0;
 
  private:
-  void createMissingTables();
+  void openBook();
+  bool bookMove(Move& move);
+  Move searchForMove();
+  void stopHelpers();
   std::uint64_t totalNodes() const;
 
   bool firstNewGame = true;

@@ -29,6 +29,8 @@ void ChessPlayer::createMissingTables() {
 
 void ChessPlayer::syncThreads(bool force) {
   if (cores == activeCores && !force && !threads.empty()) return;
+  // Threads are never destroyed under a running search.
+  stopSearch();
   activeCores = cores;
   threads.clear();
   const Searcher::Tables tables{&ttHash, &pawnHash, &tablebases, &clock, this};
@@ -59,22 +61,47 @@ bool ChessPlayer::isIdle() const {
   return true;
 }
 
+// A random move when asked for one, else a book move on a clock (never in analysis), else a search.
 void ChessPlayer::searchJob() {
   clock.startClock();
   if (clock.timeLimited) clock.computeMaxTime(gamePly, out);
   Move move = NoMove;
+  const bool quickMove = (randGame && randomMove(move)) || (clock.timeLimited && useBook && bookMove(move));
+  if (!quickMove)
+    move = searchForMove();
+  else if (threads[0]->searcher.stopped())
+    move = NoMove;  // a stopped job gives no move, however quickly it found one
+  // Also after a quick move: the helpers must be off the game board before the move lands on it.
+  stopHelpers();
+  if (move != NoMove) engine->makeEngineMove(move);
+  clock.stopClock();
+}
+
+void ChessPlayer::openBook() {
+  if (!book) book = createBook(bookFilePath);
+}
+
+bool ChessPlayer::bookMove(Move& move) {
+  openBook();
+  return lookupBookMove(*book, board, move);
+}
+
+Move ChessPlayer::searchForMove() {
   pawnHash.hits.store(0, std::memory_order_relaxed);
   clock.correctMaxTimeOutOfBook(gamePly, outOfBook, out);
+  Move move = NoMove;
   Move ponder = NoMove;
   threads[0]->searcher.runSearch(board, move, ponder);
   ponderMove = ponder;
+  return move;
+}
+
+void ChessPlayer::stopHelpers() {
   for (std::size_t i = 1; i < threads.size(); ++i) {
     if (threads[i]->isIdle()) continue;
     threads[i]->searcher.requestStop(false);
     threads[i]->waitUntilIdle();
   }
-  if (move != NoMove) engine->makeEngineMove(move);
-  clock.stopClock();
 }
 
 void ChessPlayer::helperJob(std::uint32_t index) {

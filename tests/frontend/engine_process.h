@@ -55,9 +55,10 @@ struct ScriptStep {
 
 // The input comes through a pipe that is closed after the last step, so the engine meets the
 // end of input there; a child still running after the time limit is killed rather than left to
-// hang the test.
+// hang the test. The engine runs in the given folder, or in an empty one of its own.
 inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, const std::vector<std::string>& args = {},
-                                      std::chrono::seconds limit = std::chrono::seconds(120)) {
+                                      std::chrono::seconds limit = std::chrono::seconds(120),
+                                      const std::string& directory = {}) {
   EngineOutput result;
   int input[2];
   int output[2];
@@ -77,7 +78,7 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
     dup2(input[0], STDIN_FILENO);
     dup2(output[1], STDOUT_FILENO);
     for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
-    if (chdir(detail::quietDirectory().c_str()) != 0) _exit(126);
+    if (chdir((directory.empty() ? detail::quietDirectory() : directory).c_str()) != 0) _exit(126);
     std::vector<char*> argv{const_cast<char*>(TORVY_BINARY)};
     for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
     argv.push_back(nullptr);
@@ -119,8 +120,9 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
 }
 
 inline EngineOutput runEngine(const std::string& input, const std::vector<std::string>& args = {},
-                              std::chrono::seconds limit = std::chrono::seconds(120)) {
-  return runEngineScripted({{input, 0}}, args, limit);
+                              std::chrono::seconds limit = std::chrono::seconds(120),
+                              const std::string& directory = {}) {
+  return runEngineScripted({{input, 0}}, args, limit, directory);
 }
 
 }  // namespace torvy::testing

@@ -1,0 +1,12 @@
+// The evaluation report of the game's position.
+#include "eval/eval_report.h"
+#include "frontend/wb_engine.h"
+
+namespace torvy {
+
+bool WBEngine::handleEval(const Arguments&) {
+  evaluationReport(player.board, player.pawnHash, out);
+  return true;
+}
+
+}  // namespace torvy
