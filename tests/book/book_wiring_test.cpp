@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 
 #include "book/book_helpers.h"
 #include "frontend/engine_folder.h"
@@ -50,6 +52,18 @@ TEST_F(BookWiring, ABookMoveComesAtOnceBeforeAnySearch) {
   EXPECT_EQ(bookMoveOf(play("new\ngo\n")), "e2e4");
   // With helpers too: they are stopped before the move is made.
   EXPECT_EQ(bookMoveOf(play("new\ngo\n", {"-cores", "2"})), "e2e4");
+}
+
+// The real book of the fixtures, if it was fetched, as the engine's book.bin.
+TEST_F(BookWiring, TheRealBookOpensTheGameWithoutThinking) {
+  const char* fixture = std::getenv("TORVY_BOOK_FIXTURE");
+  const std::filesystem::path path =
+      fixture ? std::filesystem::path(fixture)
+              : std::filesystem::path(TORVY_TEST_DATA).parent_path().parent_path() / "fixtures" / "pychess_book.bin";
+  if (!std::filesystem::exists(path)) GTEST_SKIP() << "no real book at " << path;
+  std::filesystem::copy_file(path, folder.file("book.bin"));
+  const std::string first = bookMoveOf(play("new\nlevel 40 5 0\ngo\n"));
+  EXPECT_EQ(first.size(), 4u) << "the engine thought before it moved";
 }
 
 TEST_F(BookWiring, NobookAndAFixedDepthSearchStillThinkOnAClock) {
