@@ -80,6 +80,7 @@ class ChessPlayer final : public SearchInterface {
   // The pool: the search never runs on the main thread, which stays free to read commands.
   // A pool that has to be rebuilt is stopped first.
   void syncThreads(bool force);
+  // The transposition table, then the pawn hash, each in its option's size if it is missing.
   void createMissingTables();
   void startSearch();
   // Ends a running search; a search so stopped gives no move.
