@@ -2,6 +2,8 @@
 // and nodes per second, then the time to reach the same depth with one and with two threads.
 //
 //   search_bench [DEPTH]
+#include <time.h>
+
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -75,9 +77,17 @@ class QuietPlayer : public SearchInterface {
   void printSearchStats() override {}
 };
 
+// The calling thread's processor time: on a shared machine the wall clock also counts other work.
+double threadCpuSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+}
+
 struct SearchRun {
   std::uint64_t nodes = 0;
   double seconds = 0;
+  double cpuSeconds = 0;
 };
 
 // One Searcher, as thread 0 of a pool of one, with fresh tables for each position.
@@ -102,8 +112,9 @@ class SingleThreadBench {
     Move best = NoMove;
     Move ponder = NoMove;
     const auto start = std::chrono::steady_clock::now();
+    const double cpuStart = threadCpuSeconds();
     searcher->runSearch(*game, best, ponder);
-    return {searcher->stats.nodes.get(), secondsSince(start)};
+    return {searcher->stats.nodes.get(), secondsSince(start), threadCpuSeconds() - cpuStart};
   }
 
  private:
@@ -135,7 +146,7 @@ class PoolBench {
     player_->startSearch();
     while (!player_->isIdle()) std::this_thread::sleep_for(std::chrono::microseconds(200));
     const double seconds = secondsSince(start);
-    return {totalNodesReported(), seconds};
+    return {totalNodesReported(), seconds, 0};
   }
 
  private:
@@ -167,19 +178,23 @@ int main(int argc, char** argv) {
   }
 
   std::printf("Single thread, depth %u, %d positions\n", depth, PositionCount);
-  std::printf("%3s %-20s %12s %9s %10s\n", "#", "position", "nodes", "ms", "nps");
+  std::printf("%3s %-20s %12s %9s %10s %9s %10s\n", "#", "position", "nodes", "ms", "nps", "cpu ms", "cpu nps");
   SingleThreadBench single;
   std::uint64_t totalNodes = 0;
   double totalSeconds = 0;
+  double totalCpuSeconds = 0;
   for (int i = 0; i < PositionCount; ++i) {
     const SearchRun r = single.run(Positions[i].fen, depth);
     totalNodes += r.nodes;
     totalSeconds += r.seconds;
-    std::printf("%3d %-20s %12llu %9.0f %10.0f\n", i + 1, Positions[i].name, static_cast<unsigned long long>(r.nodes),
-                r.seconds * 1000, double(r.nodes) / r.seconds);
+    totalCpuSeconds += r.cpuSeconds;
+    std::printf("%3d %-20s %12llu %9.0f %10.0f %9.0f %10.0f\n", i + 1, Positions[i].name,
+                static_cast<unsigned long long>(r.nodes), r.seconds * 1000, double(r.nodes) / r.seconds,
+                r.cpuSeconds * 1000, double(r.nodes) / r.cpuSeconds);
   }
-  std::printf("total nodes = %llu, time = %.3f s, nps = %.0f\n\n", static_cast<unsigned long long>(totalNodes),
-              totalSeconds, double(totalNodes) / totalSeconds);
+  std::printf("total nodes = %llu, time = %.3f s, nps = %.0f; processor time = %.3f s, nps = %.0f\n\n",
+              static_cast<unsigned long long>(totalNodes), totalSeconds, double(totalNodes) / totalSeconds,
+              totalCpuSeconds, double(totalNodes) / totalCpuSeconds);
 
   std::printf("Time to depth %u with the engine's thread pool\n", depth);
   std::printf("%3s %-20s %9s %12s %9s %12s %6s\n", "#", "position", "1t ms", "1t nodes", "2t ms", "2t nodes", "ratio");
