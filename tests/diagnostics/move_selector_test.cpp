@@ -41,18 +41,7 @@ TEST(MoveSelectorAsGenerated, InCheckGivesExactlyTheEvasions) {
   EXPECT_EQ(drain<White>(selector), legalMoveTexts(*board));
 }
 
-TEST(MoveSelectorAsGenerated, APvMoveComesFirstAndOnlyOnce) {
-  auto board = boardFrom(StartFen);
-  const Move pv = legalMove(*board, "g1f3");
-  MoveSelector selector;
-  selector.initFull<White>(SelectInCheck, *board, pv);
-  const auto texts = drain<White>(selector);
-  ASSERT_EQ(texts.size(), 20u);
-  EXPECT_EQ(texts.front(), "g1f3");
-  EXPECT_EQ(std::count(texts.begin(), texts.end(), "g1f3"), 1);
-}
-
-TEST(MoveSelectorAsGenerated, ASelectAllNodeNeverGivesTheCallersPvMoveTwice) {
+TEST(MoveSelectorAsGenerated, APvMoveThatIsTheOnlyLegalMoveComesOutOnce) {
   // A single legal move (a8b8) that is also the PV move: the generated stage skips it.
   auto board = boardFrom("k7/8/PK6/8/8/8/8/8 b - - 0 1");
   const auto legal = legalMoveTexts(*board);
@@ -60,18 +49,6 @@ TEST(MoveSelectorAsGenerated, ASelectAllNodeNeverGivesTheCallersPvMoveTwice) {
   MoveSelector selector;
   selector.initFull<Black>(SelectInCheck, *board, legalMove(*board, legal[0].c_str()));
   EXPECT_EQ(drain<Black>(selector), legal);
-}
-
-TEST(MoveSelectorAsGenerated, InitFindsTheCheckAndThePinsOfTheSideToMove) {
-  // The e2 knight is pinned by the rook on e8; the bishop on a6 merely attacks it.
-  auto board = boardFrom("4r1k1/8/b7/8/8/8/4N3/4K3 w - - 0 1");
-  MoveSelector selector;
-  selector.initFull<White>(SelectAll, *board, NoMove);
-  EXPECT_EQ(selector.pins.check.checkers, 0);
-  EXPECT_TRUE(isPinned(selector.pins, 0x14));
-  const auto texts = drain<White>(selector);
-  EXPECT_EQ(std::count_if(texts.begin(), texts.end(), [](const std::string& t) { return t[0] == 'e' && t[1] == '2'; }),
-            0);
 }
 
 }  // namespace

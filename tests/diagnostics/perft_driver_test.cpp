@@ -127,17 +127,6 @@ TEST(DivideDriver, WithoutLegalMovesPrintsOnlyTheReport) {
   expectReportTail({lines.begin() + 1, lines.end()}, "", 0, 1);
 }
 
-TEST(PerftDriver, RootInCheckCountsOnlyEvasions) {
-  // Each side in turn stands in check at the root: a king beside an enemy rook.
-  for (const char* fen : {"4k3/8/8/8/8/8/4r3/4K3 w - - 0 1", "4k3/4R3/8/8/8/8/8/4K3 b - - 0 1"}) {
-    auto board = boardFrom(fen);
-    PerftTable table;
-    SearchClock clock;
-    const auto lines = run(runPerft, *board, table, 1, clock);
-    EXPECT_EQ(lines[1], "# Total leaves: 3") << fen;
-  }
-}
-
 void expectSamePosition(const Board_0x88& a, const Board_0x88& b) {
   EXPECT_EQ(0, std::memcmp(a.pieceOn, b.pieceOn, sizeof a.pieceOn));
   EXPECT_EQ(0, std::memcmp(a.colorOn, b.colorOn, sizeof a.colorOn));
