@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 
 #include "board/board.h"
 #include "board/geometry.h"
@@ -67,10 +68,15 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
   const std::uint8_t* count = board.pieceCount[By];
   for (int d : pawnCaptureDeltas[By])
     if (detail::holds(board, s - d, By, Pawn)) return found(s - d);
-  const bool knights = count[Knight] != 0;
-  for (int i = 0; i < 8; ++i) {
-    if (knights && detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);
-    if (detail::holds(board, s - kingDeltas[i], By, King)) return found(s - kingDeltas[i]);
+  // The king is looked for step by step only when it stands next to s at all.
+  const Square88 king = board.kingSquare(By);
+  const bool kingNear = king != NoSquare && std::abs(fileOf(king) - fileOf(s)) <= 1 &&
+                        std::abs(rankOf(king) - rankOf(s)) <= 1;
+  if (kingNear || count[Knight] != 0) {
+    for (int i = 0; i < 8; ++i) {
+      if (detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);
+      if (kingNear && detail::holds(board, s - kingDeltas[i], By, King)) return found(s - kingDeltas[i]);
+    }
   }
   if (count[Rook] + count[Queen] != 0) {
     for (int d : rookDeltas) {
