@@ -1,0 +1,103 @@
+// The real 3-man tables against the rules of chess, checked with the engine's own moves: every
+// position's value is what its best move leads to, one ply further away.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "board/movegen.h"
+#include "tablebase/table_fixtures.h"
+#include "tablebase/tablebase_state.h"
+
+namespace torvy {
+namespace {
+
+constexpr int Mated = -32000;
+
+// The value of a position for the side to move, from the value of a reply for the opponent.
+int throughReply(int reply) {
+  if (reply < 0) return -reply - 1;  // the opponent is mated: we mate one ply later
+  if (reply > 0) return -reply + 1;  // the opponent mates: we are mated one ply later
+  return 0;
+}
+
+template <Color Us>
+int probe(const TablebaseState& tables, const Board_0x88& board, bool& ok) {
+  int value = 0;
+  ok = tables.probeHard<Us>(board, value);
+  return value;
+}
+
+// What the moves of the position say its value must be; ok is false when a reply has no value.
+template <Color Us>
+int valueByMoves(const TablebaseState& tables, Board_0x88& board, bool& ok) {
+  MoveList moves;
+  generateLegalMoves(board, moves);
+  ok = true;
+  if (moves.count == 0) {
+    CheckInfo check;
+    return findCheck<Us>(board, check) ? Mated : 0;
+  }
+  int best = Mated - 1;
+  for (std::uint32_t i = 0; i < moves.count && ok; ++i) {
+    UndoRecord undo;
+    board.makeMove<Us>(moves[i], undo);
+    best = std::max(best, throughReply(probe<Us ^ 1>(tables, board, ok)));
+    board.unmakeMove<Us>(moves[i], undo);
+  }
+  return best;
+}
+
+class TablebaseRulesTest : public test::InstalledTablesTest {
+ protected:
+  void SetUp() override {
+    test::InstalledTablesTest::SetUp();
+    if (IsSkipped()) return;
+    tables.setup("gaviota", test::installedTableFolder(4).string(), 16);
+    ASSERT_TRUE(tables.initialised);
+  }
+  void TearDown() override { tables.setup("none", "", 0); }
+
+  // Every legal placement of the two kings and White's man, both sides to move.
+  void checkEndgame(PieceType man) {
+    auto board = std::make_unique<Board_0x88>();
+    int checked = 0;
+    for (int wk = 0; wk < 64; ++wk)
+      for (int bk = 0; bk < 64; ++bk)
+        for (int sq = 0; sq < 64; ++sq) {
+          if (wk == bk || wk == sq || bk == sq) continue;
+          if (man == Pawn && (sq < 8 || sq >= 56)) continue;
+          for (Color side : {White, Black}) {
+            board->clear();
+            board->addPiece(toSquare88(Square64(wk)), King, White);
+            board->addPiece(toSquare88(Square64(bk)), King, Black);
+            board->addPiece(toSquare88(Square64(sq)), man, White);
+            board->sideToMove = side;
+            CheckInfo check;
+            const bool opponentInCheck = side == White ? isKingAttacked<Black>(*board, check)
+                                                       : isKingAttacked<White>(*board, check);
+            if (opponentInCheck) continue;  // no position of a game; the tables call it forbidden
+            bool probed = false;
+            bool replied = false;
+            const int stored = side == White ? probe<White>(tables, *board, probed) : probe<Black>(tables, *board, probed);
+            const int derived = side == White ? valueByMoves<White>(tables, *board, replied)
+                                              : valueByMoves<Black>(tables, *board, replied);
+            ASSERT_TRUE(probed && replied) << "no value for wk " << wk << " bk " << bk << " man " << sq;
+            ASSERT_EQ(stored, derived) << "wk " << wk << " bk " << bk << " man " << sq << " side " << int(side);
+            ++checked;
+          }
+        }
+    EXPECT_GT(checked, 300000);
+  }
+
+  TablebaseState tables;
+};
+
+TEST_F(TablebaseRulesTest, KingAndQueen) { checkEndgame(Queen); }
+TEST_F(TablebaseRulesTest, KingAndRook) { checkEndgame(Rook); }
+TEST_F(TablebaseRulesTest, KingAndBishop) { checkEndgame(Bishop); }
+TEST_F(TablebaseRulesTest, KingAndKnight) { checkEndgame(Knight); }
+TEST_F(TablebaseRulesTest, KingAndPawn) { checkEndgame(Pawn); }
+
+}  // namespace
+}  // namespace torvy
