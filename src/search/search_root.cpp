@@ -87,7 +87,8 @@ void Searcher::runIterations(Move& bestMove, Move& ponderMove) {
   int resolved = 0;
   int best = evaluateRootMoves<Us>(bestLine, rootMoves, resolved);
   if (rootMoves == 0 || resolved == rootMoves) {
-    if (rootMoves > 0) bestMove = bestLine.first();
+    // As after the iterations: an analysis or a stopped search gives no move.
+    if (rootMoves > 0 && timeLimited && !abortFlag.load(std::memory_order_relaxed)) bestMove = bestLine.first();
     player->printAnalysisLine(0, best, bestLine);
     player->printSearchStats();
     return;

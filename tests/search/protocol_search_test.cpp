@@ -103,3 +103,26 @@ TEST(ProtocolSearch, TwoCoresPlayTheSameWay) {
 
 }  // namespace
 }  // namespace torvy
+
+namespace torvy {
+namespace {
+
+// Needs Debian's gaviotatb tables; without them the root has nothing to resolve.
+TEST(ProtocolSearch, RootResolvedByTablebasesAnswersAtDepthZero) {
+  const char* tables = "/usr/share/gaviotatb/gtb4/krk.gtb.cp4";
+  if (std::FILE* file = std::fopen(tables, "rb"))
+    std::fclose(file);
+  else
+    GTEST_SKIP() << "no Gaviota tables at " << tables;
+  const std::string setup = "xboard\negtpath gaviota /usr/share/gaviotatb/gtb4\nsetboard k7/8/2K5/8/8/8/8/7R w - - 0 1\n";
+  const auto analysis = runEngine(setup + "analyze\n");
+  EXPECT_LT(find(analysis.lines, "0 31997 0 0 "), analysis.lines.size());
+  EXPECT_EQ(countStarting(analysis.lines, "move "), 0) << "an analysis gives no move";
+  EXPECT_EQ(countStarting(analysis.lines, "1 "), 0) << "no iteration runs";
+  const auto game = runEngine(setup + "level 40 5 0\ngo\n");
+  EXPECT_LT(find(game.lines, "0 31997 0 0 "), game.lines.size());
+  EXPECT_EQ(countStarting(game.lines, "move "), 1);
+}
+
+}  // namespace
+}  // namespace torvy
