@@ -142,7 +142,6 @@ class ChessPlayer final : public SearchInterface {
 
   bool firstNewGame = true;
   std::vector<std::unique_ptr<SearchThread>> threads;
-  std::uint64_t lastTimeoutBucket = 0;
 };
 
 }  // namespace torvy

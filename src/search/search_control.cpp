@@ -116,11 +116,10 @@ std::uint64_t ChessPlayer::totalNodes() const {
   return sum;
 }
 
-// The clock is read once for every 4096 nodes of all threads together.
+// The clock is read once for every 4096 nodes of thread 0. Counting only its own nodes keeps
+// thread 0 off the other threads' counters, which they write at every node.
 bool ChessPlayer::checkTimeout() {
-  const std::uint64_t bucket = totalNodes() / 4096;
-  if (bucket == lastTimeoutBucket) return false;
-  lastTimeoutBucket = bucket;
+  if (threads[0]->searcher.stats.nodes.get() % 4096 != 0) return false;
   if (!clock.timeLimited) return false;
   if (clock.elapsed() - clock.searchStart < clock.maxTime) return false;
   out << "# timeout" << std::endl;
