@@ -86,7 +86,7 @@ TEST_F(BookWiring, ThePathOptionMovesTheBookBeforeAndAfterItsFirstUse) {
   folder.write("other.bin", startBook("d2d4"));
   EXPECT_EQ(bookMoveOf(play("option bookFilePath=other.bin\nnew\ngo\n")), "d2d4");
   // The pause lets the first move land before "new" would stop its job.
-  const auto run = testing::runEngineScripted({{"xboard\nnew\ngo\n", 500}, {"new\noption bookFilePath=other.bin\ngo\n", 0}},
+  const auto run = testing::runEngineScripted({{"xboard\nnew\ngo\n", 3000}, {"new\noption bookFilePath=other.bin\ngo\n", 0}},
                                               {}, std::chrono::seconds(60), folder.path());
   std::vector<std::string> moves;
   for (const std::string& line : run.lines)
