@@ -27,7 +27,7 @@ std::size_t find(const Lines& lines, const std::string& prefix, std::size_t from
 
 TEST(ProtocolSearch, ShortGameOnAClock) {
   // The pause lets the first search end before the user's move arrives, which would stop it.
-  const auto run = runEngineScripted({{"xboard\nnew\nlevel 40 5 0\nsd 4\ngo\n", 2000}, {"usermove e7e5\n", 0}});
+  const auto run = runEngineScripted({{"xboard\nnew\nlevel 40 5 0\nsd 4\ngo\n", 3000}, {"usermove e7e5\n", 0}});
   ASSERT_FALSE(run.timedOut);
   const Lines& out = run.lines;
   const std::size_t budget = find(out, "# movesPerSession=40 timePerSession=30000 increment=0");
@@ -76,7 +76,7 @@ TEST(ProtocolSearch, MateAndForcedMoveEndTheSearchAtOnce) {
 }
 
 TEST(ProtocolSearch, StoppedSearchGivesNoMove) {
-  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 2500}, {"force\n", 100}});
+  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 3500}, {"force\n", 100}});
   ASSERT_FALSE(run.timedOut);
   EXPECT_EQ(countStarting(run.lines, "move "), 0);
   EXPECT_GT(countStarting(run.lines, "1 "), 0) << "the search had begun";
