@@ -75,7 +75,7 @@ TEST_F(BookWiring, NobookAndAFixedDepthSearchStillThinkOnAClock) {
 
 TEST_F(BookWiring, AnalysisNeverAsksTheBook) {
   folder.write("book.bin", startBook("e2e4"));
-  const auto run = testing::runEngineScripted({{"xboard\nanalyze\n", 700}, {"exit\n", 0}}, {}, std::chrono::seconds(60),
+  const auto run = testing::runEngineScripted({{"xboard\nanalyze\n", 0, "1 "}, {"exit\n"}}, {}, std::chrono::seconds(60),
                                               folder.path());
   EXPECT_TRUE(thought(run));
   EXPECT_TRUE(std::none_of(run.lines.begin(), run.lines.end(), [](const std::string& l) { return l.rfind("move ", 0) == 0; }));
@@ -85,8 +85,8 @@ TEST_F(BookWiring, ThePathOptionMovesTheBookBeforeAndAfterItsFirstUse) {
   folder.write("book.bin", startBook("e2e4"));
   folder.write("other.bin", startBook("d2d4"));
   EXPECT_EQ(bookMoveOf(play("option bookFilePath=other.bin\nnew\ngo\n")), "d2d4");
-  // The pause lets the first move land before "new" would stop its job.
-  const auto run = testing::runEngineScripted({{"xboard\nnew\ngo\n", 3000}, {"new\noption bookFilePath=other.bin\ngo\n", 0}},
+  // The first move must land before "new" would stop its job.
+  const auto run = testing::runEngineScripted({{"xboard\nnew\ngo\n", 0, "move "}, {"new\noption bookFilePath=other.bin\ngo\n"}},
                                               {}, std::chrono::seconds(60), folder.path());
   std::vector<std::string> moves;
   for (const std::string& line : run.lines)

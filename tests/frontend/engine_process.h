@@ -8,10 +8,13 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace torvy::testing {
@@ -46,12 +49,62 @@ inline std::vector<std::string> splitLines(const std::string& text) {
 
 }  // namespace detail
 
-// A piece of input and how long to wait after writing it, so that the engine can act on it
-// (start or finish a search) before the next piece arrives.
+// A piece of input and what to wait for after writing it, so that the engine can act on it
+// (start or finish a search) before the next piece arrives: a line of output that begins with
+// awaitLine, if one is named, then a pause. Waiting for output keeps the script in step with
+// the engine however slowly it runs (under the sanitizers, or on a busy machine).
 struct ScriptStep {
+  ScriptStep(std::string input, int pause = 0, std::string awaited = {})
+      : text(std::move(input)), pauseMs(pause), awaitLine(std::move(awaited)) {}
+
   std::string text;
-  int pauseMs = 0;
+  int pauseMs;
+  std::string awaitLine;
 };
+
+namespace detail {
+
+// What the engine has said so far, shared by the reading loop and the writer of the script.
+class OutputLog {
+ public:
+  void append(const char* data, std::size_t size) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    text_.append(data, size);
+    changed_.notify_all();
+  }
+  void close() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    closed_ = true;
+    changed_.notify_all();
+  }
+  std::size_t size() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return text_.size();
+  }
+  // Waits until a line that begins with prefix starts at or after offset, or the output ends.
+  void awaitLine(const std::string& prefix, std::size_t offset) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    changed_.wait(lock, [&] { return closed_ || hasLine(prefix, offset); });
+  }
+  std::string text() {
+    std::lock_guard<std::mutex> lock(mutex_);
+    return text_;
+  }
+
+ private:
+  bool hasLine(const std::string& prefix, std::size_t offset) const {
+    for (std::size_t at = text_.find(prefix, offset); at != std::string::npos; at = text_.find(prefix, at + 1))
+      if ((at == 0 || text_[at - 1] == '\n') && text_.find('\n', at) != std::string::npos) return true;
+    return false;
+  }
+
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::string text_;
+  bool closed_ = false;
+};
+
+}  // namespace detail
 
 // The input comes through a pipe that is closed after the last step, so the engine meets the
 // end of input there; a child still running after the time limit is killed rather than left to
@@ -87,15 +140,17 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
   }
   close(input[0]);
   close(output[1]);
-  std::thread writer([&steps, fd = input[1]] {
+  detail::OutputLog log;
+  std::thread writer([&steps, &log, fd = input[1]] {
     for (const ScriptStep& step : steps) {
+      const std::size_t before = log.size();
       if (write(fd, step.text.data(), step.text.size()) < 0) break;
+      if (!step.awaitLine.empty()) log.awaitLine(step.awaitLine, before);
       std::this_thread::sleep_for(std::chrono::milliseconds(step.pauseMs));
     }
     close(fd);
   });
 
-  std::string text;
   const auto deadline = std::chrono::steady_clock::now() + limit;
   char chunk[4096];
   for (;;) {
@@ -108,14 +163,15 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
     }
     const ssize_t got = read(output[0], chunk, sizeof chunk);
     if (got <= 0) break;
-    text.append(chunk, std::size_t(got));
+    log.append(chunk, std::size_t(got));
   }
+  log.close();
   writer.join();
   close(output[0]);
   int status = 0;
   waitpid(child, &status, 0);
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-  result.lines = detail::splitLines(text);
+  result.lines = detail::splitLines(log.text());
   return result;
 }
 

@@ -129,9 +129,9 @@ TEST(ProtocolEgtpath, AcceptsOnlyGaviotaAndStoresThePath) {
 // A resize under a running search stops it first; the loop then starts it again on the new
 // table, which shows as a second thinking line of depth 1.
 TEST(ProtocolOption, ResizeDuringASearchRestartsTheSearch) {
-  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 1500},
-                                      {"option ttHashSizeMB=8\negtpath gaviota /nonexistent\n", 1500},
-                                      {"force\n", 100}});
+  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 0, "1 "},
+                                      {"option ttHashSizeMB=8\negtpath gaviota /nonexistent\n", 0, "1 "},
+                                      {"force\n"}});
   ASSERT_FALSE(run.timedOut);
   EXPECT_EQ(run.exitCode, 0);
   const auto resized = std::find(run.lines.begin(), run.lines.end(), "# new size of TT hash: 8 MB");

@@ -26,8 +26,8 @@ std::size_t find(const Lines& lines, const std::string& prefix, std::size_t from
 }
 
 TEST(ProtocolSearch, ShortGameOnAClock) {
-  // The pause lets the first search end before the user's move arrives, which would stop it.
-  const auto run = runEngineScripted({{"xboard\nnew\nlevel 40 5 0\nsd 4\ngo\n", 3000}, {"usermove e7e5\n", 0}});
+  // The first search must end before the user's move arrives, which would stop it.
+  const auto run = runEngineScripted({{"xboard\nnew\nlevel 40 5 0\nsd 4\ngo\n", 0, "move "}, {"usermove e7e5\n"}});
   ASSERT_FALSE(run.timedOut);
   const Lines& out = run.lines;
   const std::size_t budget = find(out, "# movesPerSession=40 timePerSession=30000 increment=0");
@@ -76,7 +76,7 @@ TEST(ProtocolSearch, MateAndForcedMoveEndTheSearchAtOnce) {
 }
 
 TEST(ProtocolSearch, StoppedSearchGivesNoMove) {
-  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 3500}, {"force\n", 100}});
+  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 0, "1 "}, {"force\n"}});
   ASSERT_FALSE(run.timedOut);
   EXPECT_EQ(countStarting(run.lines, "move "), 0);
   EXPECT_GT(countStarting(run.lines, "1 "), 0) << "the search had begun";
@@ -84,12 +84,12 @@ TEST(ProtocolSearch, StoppedSearchGivesNoMove) {
 
 TEST(ProtocolSearch, AnalysisRestartsAfterEachChangeAndEndsWithTheInput) {
   const auto run = runEngineScripted(
-      {{"xboard\nanalyze\n", 2500}, {"usermove e2e4\n", 500}, {"undo\n", 500}, {"exit\n", 100}});
+      {{"xboard\nanalyze\n", 0, "1 "}, {"usermove e2e4\n", 0, "1 "}, {"undo\n", 0, "1 "}, {"exit\n"}});
   ASSERT_FALSE(run.timedOut);
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_EQ(countStarting(run.lines, "move "), 0);
   EXPECT_GE(countStarting(run.lines, "1 "), 3) << "a search on each of the three positions";
-  const auto endOfInput = runEngineScripted({{"xboard\nanalyze\n", 300}});
+  const auto endOfInput = runEngineScripted({{"xboard\nanalyze\n", 0, "1 "}});
   EXPECT_FALSE(endOfInput.timedOut);
   EXPECT_EQ(endOfInput.exitCode, 0);
 }
