@@ -54,4 +54,26 @@ inline void play(Board_0x88& board, std::initializer_list<const char*> texts) {
   }
 }
 
+// Everything a make/unmake pair must give back, compared field by field.
+inline void expectSamePosition(const Board_0x88& a, const Board_0x88& b) {
+  for (int s = 0; s < 120; ++s) {
+    ASSERT_EQ(a.pieceOn[s], b.pieceOn[s]) << s;
+    ASSERT_EQ(a.colorOn[s], b.colorOn[s]) << s;
+    ASSERT_EQ(a.slotOn[s], b.slotOn[s]) << s;
+  }
+  ASSERT_EQ(0, std::memcmp(a.pieceList, b.pieceList, sizeof a.pieceList));
+  ASSERT_EQ(0, std::memcmp(a.pieceCount, b.pieceCount, sizeof a.pieceCount));
+  ASSERT_EQ(a.psq[White], b.psq[White]);
+  ASSERT_EQ(a.psq[Black], b.psq[Black]);
+  ASSERT_EQ(a.castlingRights, b.castlingRights);
+  ASSERT_EQ(a.epSquare, b.epSquare);
+  ASSERT_EQ(a.halfmoveClock, b.halfmoveClock);
+  ASSERT_EQ(a.sideToMove, b.sideToMove);
+  ASSERT_EQ(a.historyIndex, b.historyIndex);
+  ASSERT_EQ(a.key(), b.key());
+  ASSERT_EQ(a.pawnKey(), b.pawnKey());
+  ASSERT_EQ(a.lightIndex, b.lightIndex);
+  ASSERT_EQ(a.lightKeys[a.lightIndex], b.lightKeys[b.lightIndex]);
+}
+
 }  // namespace torvy::testing
