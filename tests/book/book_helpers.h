@@ -1,26 +1,25 @@
-// Helpers of the book tests: book moves from text, and book files written to a temp folder.
+// Helpers of the book tests: book moves from text, book files as bytes, and the real book.
 #pragma once
 
-#include <gtest/gtest.h>
-#include <unistd.h>
-
+#include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <string>
 #include <vector>
 
 #include "book/book_entry.h"
 #include "book/book_move.h"
+#include "scratch_folder.h"
 
 namespace torvy::testing {
+
+constexpr Key StartKey = 0x463B96181691FC9C;
 
 // "e2e4" or "a7a8" with a promotion field.
 inline std::uint16_t bookMove(const char* text, unsigned promotion = 0) {
   return makeBookMove(makeSquare(text[0] - 'a', text[1] - '1'), makeSquare(text[2] - 'a', text[3] - '1'), promotion);
 }
 
-inline std::vector<unsigned char> encodeBook(const std::vector<BookEntry>& entries) {
-  std::vector<unsigned char> bytes(entries.size() * BookEntrySize);
+inline Bytes encodeBook(const std::vector<BookEntry>& entries) {
+  Bytes bytes(entries.size() * BookEntrySize);
   for (std::size_t i = 0; i < entries.size(); ++i) {
     BookEntryBytes record;
     encodeBookEntry(entries[i], record);
@@ -29,24 +28,11 @@ inline std::vector<unsigned char> encodeBook(const std::vector<BookEntry>& entri
   return bytes;
 }
 
-// A file in the temp folder, unique to this process and name, removed at the end of its scope.
-class TempFile {
- public:
-  explicit TempFile(const std::string& name)
-      : path_(std::filesystem::temp_directory_path() / ("torvy-" + std::to_string(::getpid()) + "-" + name)) {}
-  TempFile(const std::string& name, const std::vector<unsigned char>& bytes) : TempFile(name) { write(bytes); }
-  ~TempFile() { std::filesystem::remove(path_); }
-  TempFile(const TempFile&) = delete;
-  TempFile& operator=(const TempFile&) = delete;
-
-  void write(const std::vector<unsigned char>& bytes) const {
-    std::ofstream out(path_, std::ios::binary | std::ios::trunc);
-    out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-  }
-  std::string path() const { return path_.string(); }
-
- private:
-  std::filesystem::path path_;
-};
+// pychess_book.bin, which scripts/fetch-book-fixture.sh fetches into fixtures/; tests that need
+// it skip where it is missing.
+inline std::filesystem::path realBookPath() {
+  if (const char* path = std::getenv("TORVY_BOOK_FIXTURE")) return path;
+  return std::filesystem::path(TORVY_TEST_DATA).parent_path().parent_path() / "fixtures" / "pychess_book.bin";
+}
 
 }  // namespace torvy::testing

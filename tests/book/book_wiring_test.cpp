@@ -3,24 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 
 #include "book/book_helpers.h"
-#include "frontend/engine_folder.h"
 #include "frontend/engine_process.h"
 
 namespace torvy {
 namespace {
 
-using testing::bookMove;
-using testing::encodeBook;
-using testing::EngineFolder;
-
-constexpr Key StartKey = 0x463B96181691FC9CULL;
-
 // One move for the start position.
-std::vector<unsigned char> startBook(const char* move) { return encodeBook({{StartKey, bookMove(move), 1, 0}}); }
+testing::Bytes startBook(const char* move) {
+  return testing::encodeBook({{testing::StartKey, testing::bookMove(move), 1, 0}});
+}
 
 bool isThinkingLine(const std::string& line) { return !line.empty() && line[0] >= '0' && line[0] <= '9'; }
 
@@ -36,19 +29,27 @@ std::string bookMoveOf(const testing::EngineOutput& run) {
 
 bool thought(const testing::EngineOutput& run) { return std::any_of(run.lines.begin(), run.lines.end(), isThinkingLine); }
 
+std::vector<std::string> movesOf(const testing::EngineOutput& run) {
+  std::vector<std::string> moves;
+  for (const std::string& line : run.lines)
+    if (line.rfind("move ", 0) == 0) moves.push_back(line.substr(5));
+  return moves;
+}
+
+// The engine's folder holds a book that opens with e2e4.
 class BookWiring : public ::testing::Test {
  protected:
+  void SetUp() override { folder.write("book.bin", startBook("e2e4")); }
   testing::EngineOutput play(const std::string& commands, const std::vector<std::string>& args = {}) {
     auto run = testing::runEngine("xboard\n" + commands, args, std::chrono::seconds(60), folder.path());
     EXPECT_FALSE(run.timedOut);
     EXPECT_EQ(run.exitCode, 0);
     return run;
   }
-  EngineFolder folder;
+  testing::ScratchFolder folder;
 };
 
 TEST_F(BookWiring, ABookMoveComesAtOnceBeforeAnySearch) {
-  folder.write("book.bin", startBook("e2e4"));
   EXPECT_EQ(bookMoveOf(play("new\ngo\n")), "e2e4");
   // With helpers too: they are stopped before the move is made.
   EXPECT_EQ(bookMoveOf(play("new\ngo\n", {"-cores", "2"})), "e2e4");
@@ -56,50 +57,42 @@ TEST_F(BookWiring, ABookMoveComesAtOnceBeforeAnySearch) {
 
 // The real book of the fixtures, if it was fetched, as the engine's book.bin.
 TEST_F(BookWiring, TheRealBookOpensTheGameWithoutThinking) {
-  const char* fixture = std::getenv("TORVY_BOOK_FIXTURE");
-  const std::filesystem::path path =
-      fixture ? std::filesystem::path(fixture)
-              : std::filesystem::path(TORVY_TEST_DATA).parent_path().parent_path() / "fixtures" / "pychess_book.bin";
+  const std::filesystem::path path = testing::realBookPath();
   if (!std::filesystem::exists(path)) GTEST_SKIP() << "no real book at " << path;
-  std::filesystem::copy_file(path, folder.file("book.bin"));
+  std::filesystem::copy_file(path, folder.file("book.bin"), std::filesystem::copy_options::overwrite_existing);
   const std::string first = bookMoveOf(play("new\nlevel 40 5 0\ngo\n"));
   EXPECT_EQ(first.size(), 4u) << "the engine thought before it moved";
 }
 
 TEST_F(BookWiring, NobookAndAFixedDepthSearchStillThinkOnAClock) {
-  folder.write("book.bin", startBook("e2e4"));
   const auto run = play("new\nnobook\nsd 1\ngo\n");
   EXPECT_TRUE(thought(run));
   EXPECT_EQ(bookMoveOf(play("new\nnobook\nbook\nsd 1\ngo\n")), "e2e4");
 }
 
 TEST_F(BookWiring, AnalysisNeverAsksTheBook) {
-  folder.write("book.bin", startBook("e2e4"));
   const auto run = testing::runEngineScripted({{"xboard\nanalyze\n", 0, "1 "}, {"exit\n"}}, {}, std::chrono::seconds(60),
                                               folder.path());
   EXPECT_TRUE(thought(run));
-  EXPECT_TRUE(std::none_of(run.lines.begin(), run.lines.end(), [](const std::string& l) { return l.rfind("move ", 0) == 0; }));
+  EXPECT_TRUE(movesOf(run).empty());
 }
 
 TEST_F(BookWiring, ThePathOptionMovesTheBookBeforeAndAfterItsFirstUse) {
-  folder.write("book.bin", startBook("e2e4"));
   folder.write("other.bin", startBook("d2d4"));
   EXPECT_EQ(bookMoveOf(play("option bookFilePath=other.bin\nnew\ngo\n")), "d2d4");
   // The first move must land before "new" would stop its job.
   const auto run = testing::runEngineScripted({{"xboard\nnew\ngo\n", 0, "move "}, {"new\noption bookFilePath=other.bin\ngo\n"}},
                                               {}, std::chrono::seconds(60), folder.path());
-  std::vector<std::string> moves;
-  for (const std::string& line : run.lines)
-    if (line.rfind("move ", 0) == 0) moves.push_back(line.substr(5));
-  EXPECT_EQ(moves, (std::vector<std::string>{"e2e4", "d2d4"}));
+  EXPECT_EQ(movesOf(run), (std::vector<std::string>{"e2e4", "d2d4"}));
   EXPECT_FALSE(thought(run));
 }
 
 TEST_F(BookWiring, AMissingOrDamagedBookLeavesTheGameToTheSearch) {
+  std::filesystem::remove(folder.file("book.bin"));
   const auto missing = play("sd 1\ngo\n");
   EXPECT_TRUE(thought(missing));
-  EXPECT_TRUE(std::any_of(missing.lines.begin(), missing.lines.end(), [](const std::string& l) { return l.rfind("move ", 0) == 0; }));
-  folder.write("book.bin", std::string("not a book"));
+  EXPECT_EQ(movesOf(missing).size(), 1u);
+  folder.write("book.bin", "not a book");
   EXPECT_TRUE(thought(play("sd 1\ngo\n")));
   folder.write("book.bin", startBook("e2e5"));  // no such move
   EXPECT_TRUE(thought(play("sd 1\ngo\n")));
@@ -107,7 +100,6 @@ TEST_F(BookWiring, AMissingOrDamagedBookLeavesTheGameToTheSearch) {
 
 // A random move wins over the book and needs no clock.
 TEST_F(BookWiring, RandgamePlaysWithoutBookOrSearch) {
-  folder.write("book.bin", startBook("e2e4"));
   const auto run = play("randgame\nsd 1\ngo\n");
   EXPECT_FALSE(thought(run));
   const std::string move = bookMoveOf(run);

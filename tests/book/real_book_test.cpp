@@ -1,7 +1,4 @@
-// Runs against pychess_book.bin, a real Polyglot book; scripts/fetch-book-fixture.sh fetches it.
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
+// Runs against pychess_book.bin, a real Polyglot book.
 #include <fstream>
 #include <map>
 #include <set>
@@ -9,20 +6,15 @@
 #include "board/board_helpers.h"
 #include "book/book.h"
 #include "book/book_key.h"
-#include "book/book_move.h"
+#include "book_helpers.h"
 
 namespace torvy {
 namespace {
 
-std::filesystem::path realBookPath() {
-  if (const char* path = std::getenv("TORVY_BOOK_FIXTURE")) return path;
-  return std::filesystem::path(TORVY_TEST_DATA).parent_path().parent_path() / "fixtures" / "pychess_book.bin";
-}
-
 class RealBook : public ::testing::Test {
  protected:
   void SetUp() override {
-    path_ = realBookPath();
+    path_ = testing::realBookPath();
     if (!std::filesystem::exists(path_))
       GTEST_SKIP() << "no real book at " << path_ << "; run scripts/fetch-book-fixture.sh fixtures";
   }

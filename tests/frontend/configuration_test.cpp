@@ -8,13 +8,12 @@
 #include <string>
 #include <thread>
 
-#include "frontend/engine_folder.h"
 #include "frontend/transcript.h"
+#include "scratch_folder.h"
 
 namespace torvy {
 namespace {
 
-using testing::EngineFolder;
 using testing::Lines;
 
 std::string cores(std::uint32_t used, std::uint32_t requested, std::uint32_t max) {
@@ -60,6 +59,10 @@ class ConfigurationApply : public ::testing::Test {
 };
 
 TEST_F(ConfigurationApply, SizesAreStoredInRangeAndWarnedAboutOutside) {
+  apply("TTHashSizeMB", "64");  // unknown and miscased keys are ignored
+  apply("nosuch", "1");
+  apply("", "1");
+  EXPECT_EQ(player.ttHashSizeMB, 256u);
   apply("ttHashSizeMB", "2048");
   apply("pawnHashSizeMB", "1");
   apply("gtbCacheSizeMB", "0");
@@ -107,26 +110,8 @@ TEST_F(ConfigurationApply, PathsAreCopiedAndCutToTheirField) {
   EXPECT_EQ(out.str(), "");
 }
 
-TEST_F(ConfigurationApply, UnknownAndMiscasedKeysAreIgnored) {
-  apply("TTHashSizeMB", "64");
-  apply("nosuch", "1");
-  apply("", "1");
-  EXPECT_EQ(player.ttHashSizeMB, 256u);
-  EXPECT_EQ(out.str(), "");
-}
-
-TEST(ConfigurationFile, AMissingFileChangesNothing) {
-  SearchClock clock;
-  std::ostringstream out;
-  ChessPlayer player(clock, out);
-  readConfigurationFile("/nonexistent/torvy.ini", player, out);
-  EXPECT_EQ(out.str(), "");
-  EXPECT_EQ(player.ttHashSizeMB, 256u);
-  EXPECT_STREQ(player.bookFilePath, "book.bin");
-}
-
 TEST(ConfigurationFile, EveryLineIsReadAndALaterLineWins) {
-  EngineFolder folder;
+  testing::ScratchFolder folder;
   folder.write("torvy.ini",
                "# sizes\r\n"
                "ttHashSizeMB = 16   \r\n"
@@ -138,6 +123,9 @@ TEST(ConfigurationFile, EveryLineIsReadAndALaterLineWins) {
   SearchClock clock;
   std::ostringstream out;
   ChessPlayer player(clock, out);
+  readConfigurationFile(folder.file("missing.ini").c_str(), player, out);
+  EXPECT_EQ(out.str(), "");
+  EXPECT_STREQ(player.bookFilePath, "book.bin");
   readConfigurationFile(folder.file("torvy.ini").c_str(), player, out);
   EXPECT_EQ(out.str(), "# WARNING: pawnHashSizeMB = 4000 out of range in ini file (min = 1, max = 2048)\n");
   EXPECT_EQ(player.ttHashSizeMB, 8u);
@@ -149,7 +137,7 @@ TEST(ConfigurationFile, EveryLineIsReadAndALaterLineWins) {
 // The file is read while the engine is built: its lines come before the banner, the command
 // line comes after it, and the tables of the first game have the sizes from the file.
 TEST(ProtocolConfiguration, FileIsReadBeforeTheBannerAndTheCommandLineOverridesIt) {
-  EngineFolder folder;
+  testing::ScratchFolder folder;
   folder.write("torvy.ini", "numberOfCores=1\nnumberOfCores=-3\nttHashSizeMB=3\npawnHashSizeMB=0\n");
   const auto run = testing::runEngine("xboard\nprotover 2\n", {"-cores", "2"}, std::chrono::seconds(60), folder.path());
   ASSERT_EQ(run.exitCode, 0);

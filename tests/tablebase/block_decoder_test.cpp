@@ -14,7 +14,7 @@
 namespace torvy {
 namespace {
 
-using test::Bytes;
+using testing::Bytes;
 
 struct DecoderTest : ::testing::Test {
   std::array<std::uint8_t, BlockBufferSize> output{};
@@ -182,9 +182,9 @@ Bytes lzmaBlock(const Bytes& payload, bool x86) {
   EXPECT_EQ(result, LZMA_OK);
 
   Bytes block{std::uint8_t(x86 ? 1 : 0), std::uint8_t((options.pb * 5 + options.lp) * 9 + options.lc)};
-  test::appendLittleEndian32(block, options.dict_size);
-  test::appendLittleEndian32(block, std::uint32_t(payload.size()));
-  test::appendLittleEndian32(block, 0);
+  testing::appendLittleEndian32(block, options.dict_size);
+  testing::appendLittleEndian32(block, std::uint32_t(payload.size()));
+  testing::appendLittleEndian32(block, 0);
   block.insert(block.end(), stream.begin(), stream.begin() + streamSize);
   return block;
 }
@@ -234,7 +234,7 @@ TEST_F(LzmaTest, RejectsBadFramesAndStreams) {
 }
 
 // The package ships each 3-man table in schemes 1 to 4; all four must read the same values.
-class InstalledTableDecodingTest : public test::InstalledTablesTest {};
+class InstalledTableDecodingTest : public testing::InstalledTablesTest {};
 
 TEST_F(InstalledTableDecodingTest, AllSchemesAgreeOnEveryBlock) {
   for (const char* name : {"kqk", "krk", "kbk", "knk", "kpk"}) {
@@ -243,7 +243,7 @@ TEST_F(InstalledTableDecodingTest, AllSchemesAgreeOnEveryBlock) {
     std::vector<Bytes> values(5);
     for (int scheme = 1; scheme <= 4; ++scheme) {
       TablebaseFiles files;
-      files.open({test::installedTableFolder(scheme).string()}, CompressionScheme(scheme), 8, false);
+      files.open({testing::installedTableFolder(scheme).string()}, CompressionScheme(scheme), 8, false);
       ASSERT_NE(files.record(id).file, nullptr) << name << " scheme " << scheme;
       ASSERT_EQ(files.record(id).blockIndex.count, 2 * blocksPerSide(maxIndex) + 1);
       std::array<std::uint8_t, BlockBufferSize> compressed;

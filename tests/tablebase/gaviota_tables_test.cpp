@@ -13,7 +13,7 @@
 namespace torvy {
 namespace {
 
-using test::Bytes;
+using testing::Bytes;
 
 constexpr std::uint64_t MB = 1 << 20;
 constexpr std::uint32_t WhiteToMove = 0;
@@ -57,12 +57,12 @@ Answer probeDtm(GaviotaTables& tables, const TablebaseProbe& probe, bool hard = 
   return answer;
 }
 
-class InstalledTableProbeTest : public test::InstalledTablesTest {
+class InstalledTableProbeTest : public testing::InstalledTablesTest {
  protected:
   void SetUp() override {
-    test::InstalledTablesTest::SetUp();
+    testing::InstalledTablesTest::SetUp();
     if (IsSkipped()) return;
-    tables.initGaviota(false, CompressionScheme::Lzma, {test::installedTableFolder(4).string()});
+    tables.initGaviota(false, CompressionScheme::Lzma, {testing::installedTableFolder(4).string()});
     tables.cache().initCache(MB, 96);
   }
 
@@ -146,26 +146,19 @@ TEST_F(InstalledTableProbeTest, ConcurrentProbesAgreeWithSerialOnes) {
 // Hand-made tables of one value throughout, in the stored scheme, for what the real ones can't show.
 class HandMadeTableProbeTest : public ::testing::Test {
  protected:
-  static constexpr CompressionScheme Scheme = CompressionScheme::Stored;
-
-  // byteFor[side] is the stored byte of every position of that side to move.
+  // The stored byte of every position with White to move, and with Black to move.
   void writeTable(std::string_view name, std::pair<std::uint8_t, std::uint8_t> bytes) {
-    const std::uint32_t maxIndex = Endgames[findEndgame(name)].maxIndex;
-    std::vector<Bytes> blocks;
-    for (int side = 0; side < 2; ++side)
-      for (std::uint32_t base = 0; base < maxIndex; base += ValuesPerBlock) {
-        Bytes block(1 + valuesInBlock(base, maxIndex), side == 0 ? bytes.first : bytes.second);
-        blocks.push_back(std::move(block));
-      }
-    test::writeFile(tablebaseFileName(scratch.string(), name, Scheme).data(), test::tableFile(blocks));
+    testing::writeStoredTable(scratch.path(), name, testing::storedBlocks(name, [&](int side, std::uint32_t) {
+                                return side == 0 ? bytes.first : bytes.second;
+                              }));
   }
 
   void open() {
-    tables.initGaviota(false, Scheme, {scratch.string()});
+    tables.initGaviota(false, CompressionScheme::Stored, {scratch.path()});
     tables.cache().initCache(MB, 0);
   }
 
-  test::ScratchFolder scratch;
+  testing::ScratchFolder scratch;
   GaviotaTables tables;
 };
 
@@ -177,24 +170,29 @@ TEST_F(HandMadeTableProbeTest, EnPassantCaptureThatMatesAddsOnePly) {
   writeTable("kpkp", {Draw, Draw});
   writeTable("kpk", {WhiteMatesIn5Or4, WhiteMatesIn5Or4});
   open();
-  // Black has just played d7-d5 beside the pawn on e5.
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, ResultDraw, 0}));
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6"))),
-            (Answer{true, ResultWhiteMates, 5}));
-  // The same for Black, whose capture leaves the colour-swapped kpk.
-  EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "Pe4", "ke8", "pd4"}, square("e3"))),
-            (Answer{true, ResultBlackMates, 5}));
-  // No pawn beside the victim, or no victim: the table's value stands.
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pa5", "ke8", "pd5"}, square("d6"))),
-            (Answer{true, ResultDraw, 0}));
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd4"}, square("d6"))),
-            (Answer{true, ResultDraw, 0}));
-  // No wrap round the edge: a pawn on h5 is no neighbour of one on a5.
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Ph5", "ke8", "pa5"}, square("a6"))),
-            (Answer{true, ResultDraw, 0}));
-  unsigned code = 7;
-  EXPECT_TRUE(tables.probeWdl(probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, square("d6")), true, code));
-  EXPECT_EQ(code, ResultWhiteMates);
+  struct Case {
+    std::uint32_t side;
+    std::initializer_list<const char*> men;
+    const char* ep;
+    Answer answer;
+  };
+  // Black has just played d7-d5 beside the pawn on e5, or White e2-e4 beside the pawn on d4,
+  // whose capture leaves the colour-swapped kpk.
+  for (const Case& c : {
+           Case{WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, nullptr, {true, ResultDraw, 0}},
+           Case{WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, "d6", {true, ResultWhiteMates, 5}},
+           Case{BlackToMove, {"Ke1", "Pe4", "ke8", "pd4"}, "e3", {true, ResultBlackMates, 5}},
+           // No pawn beside the victim, no victim, or a "neighbour" round the edge: the table stands.
+           Case{WhiteToMove, {"Ke1", "Pa5", "ke8", "pd5"}, "d6", {true, ResultDraw, 0}},
+           Case{WhiteToMove, {"Ke1", "Pe5", "ke8", "pd4"}, "d6", {true, ResultDraw, 0}},
+           Case{WhiteToMove, {"Ke1", "Ph5", "ke8", "pa5"}, "a6", {true, ResultDraw, 0}},
+       }) {
+    const TablebaseProbe probe = probeOf(c.side, c.men, c.ep ? square(c.ep) : NoTableSquare);
+    EXPECT_EQ(probeDtm(tables, probe), c.answer) << *c.men.begin() << " ep " << (c.ep ? c.ep : "-");
+    unsigned code = 7;
+    EXPECT_TRUE(tables.probeWdl(probe, true, code));
+    EXPECT_EQ(code, c.answer.code);
+  }
 }
 
 TEST_F(HandMadeTableProbeTest, EnPassantCaptureRescuesALostPosition) {
@@ -208,8 +206,7 @@ TEST_F(HandMadeTableProbeTest, EnPassantCaptureRescuesALostPosition) {
 
 TEST_F(HandMadeTableProbeTest, AnUnreadableBlockGivesTheEndgameUpUntilReopened) {
   // White's blocks are empty, Black's hold values.
-  const Bytes file = test::tableFile({{}, {}, Bytes(16385, WhiteMatesIn5Or4), Bytes(13185, WhiteMatesIn5Or4)});
-  test::writeFile(tablebaseFileName(scratch.string(), "kqk", Scheme).data(), file);
+  testing::writeStoredTable(scratch.path(), "kqk", {{}, {}, Bytes(16385, WhiteMatesIn5Or4), Bytes(13185, WhiteMatesIn5Or4)});
   open();
   const TablebaseProbe whiteToMove = probeOf(WhiteToMove, {"Kb6", "Qg1", "kh8"});
   const TablebaseProbe blackToMove = probeOf(BlackToMove, {"Kb6", "Qg1", "kh8"});

@@ -1,25 +1,19 @@
-// Helpers for the tablebase tests: scratch folders, hand-made table files, the installed tables.
+// Helpers for the tablebase tests: the installed 3-man tables and hand-made table files.
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <atomic>
-#include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
-namespace torvy::test {
+#include "scratch_folder.h"
+#include "tablebase/tablebase_files.h"
 
-using Bytes = std::vector<std::uint8_t>;
+namespace torvy::testing {
 
 // Where Debian's gaviotatb package puts its 3-man tables, one folder per scheme ("gtb4" ...).
-inline const std::filesystem::path InstalledTables = "/usr/share/gaviotatb";
-
 inline std::filesystem::path installedTableFolder(int scheme) {
-  return InstalledTables / ("gtb" + std::to_string(scheme));
+  return std::filesystem::path("/usr/share/gaviotatb") / ("gtb" + std::to_string(scheme));
 }
 
 // Tests that read the real tables derive from this; they skip where the package isn't installed.
@@ -28,41 +22,9 @@ class InstalledTablesTest : public ::testing::Test {
   void SetUp() override {
     for (int scheme = 1; scheme <= 4; ++scheme)
       if (!std::filesystem::exists(installedTableFolder(scheme) / ("kqk.gtb.cp" + std::to_string(scheme))))
-        GTEST_SKIP() << "Gaviota 3-man tables not found under " << InstalledTables
-                     << " (install Debian's gaviotatb package)";
+        GTEST_SKIP() << "Gaviota 3-man tables not found (install Debian's gaviotatb package)";
   }
 };
-
-// A folder of its own under the system's temporary folder, removed with everything in it.
-class ScratchFolder {
- public:
-  ScratchFolder() {
-    static std::atomic<int> counter = 0;
-    path_ = std::filesystem::temp_directory_path() /
-            ("torvy-tb-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
-    std::filesystem::create_directories(path_);
-  }
-  ~ScratchFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  const std::filesystem::path& path() const { return path_; }
-  std::string string() const { return path_.string(); }
-  std::string subfolder(const std::string& name) const {
-    std::filesystem::create_directories(path_ / name);
-    return (path_ / name).string();
-  }
-
- private:
-  std::filesystem::path path_;
-};
-
-inline void writeFile(const std::filesystem::path& path, const Bytes& bytes) {
-  std::ofstream(path, std::ios::binary).write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-}
 
 inline void appendLittleEndian32(Bytes& bytes, std::uint32_t word) {
   for (int shift = 0; shift < 32; shift += 8) bytes.push_back(std::uint8_t(word >> shift));
@@ -84,4 +46,23 @@ inline Bytes tableFile(const std::vector<Bytes>& blocks) {
   return file;
 }
 
-}  // namespace torvy::test
+// The blocks of a table in the stored scheme, which read back as written: byteOf(side, index)
+// for every position of the endgame, White's blocks first.
+template <class ByteOf>
+std::vector<Bytes> storedBlocks(std::string_view endgame, ByteOf byteOf) {
+  const std::uint32_t maxIndex = Endgames[findEndgame(endgame)].maxIndex;
+  std::vector<Bytes> blocks;
+  for (int side = 0; side < 2; ++side)
+    for (std::uint32_t base = 0; base < maxIndex; base += ValuesPerBlock) {
+      Bytes block{0};
+      for (std::uint32_t i = base; i < base + valuesInBlock(base, maxIndex); ++i) block.push_back(byteOf(side, i));
+      blocks.push_back(block);
+    }
+  return blocks;
+}
+
+inline void writeStoredTable(const std::string& folder, std::string_view endgame, const std::vector<Bytes>& blocks) {
+  writeFile(tablebaseFileName(folder, endgame, CompressionScheme::Stored).data(), tableFile(blocks));
+}
+
+}  // namespace torvy::testing

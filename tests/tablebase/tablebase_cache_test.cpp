@@ -9,7 +9,7 @@
 namespace torvy {
 namespace {
 
-using test::Bytes;
+using testing::Bytes;
 
 constexpr std::uint64_t MB = 1 << 20;
 constexpr int WhiteToMove = 0;
@@ -24,19 +24,11 @@ class TablebaseCacheTest : public ::testing::Test {
   static constexpr CompressionScheme Scheme = CompressionScheme::Stored;
 
   void SetUp() override {
-    const std::uint32_t maxIndex = Endgames[kqk].maxIndex;
-    std::vector<Bytes> blocks;
-    for (int side = 0; side < 2; ++side)
-      for (std::uint32_t base = 0; base < maxIndex; base += ValuesPerBlock) {
-        Bytes block{0};
-        for (std::uint32_t i = base; i < base + valuesInBlock(base, maxIndex); ++i) block.push_back(storedByte(side, i));
-        blocks.push_back(block);
-      }
-    test::writeFile(tablebaseFileName(scratch.string(), "kqk", Scheme).data(), test::tableFile(blocks));
+    const std::vector<Bytes> blocks = testing::storedBlocks("kqk", storedByte);
+    testing::writeStoredTable(scratch.path(), "kqk", blocks);
     // krk exists but its second block is damaged: empty.
-    test::writeFile(tablebaseFileName(scratch.string(), "krk", Scheme).data(),
-                    test::tableFile({blocks[0], {}, blocks[2], blocks[3]}));
-    files.open({scratch.string()}, Scheme, 8, false);
+    testing::writeStoredTable(scratch.path(), "krk", {blocks[0], {}, blocks[2], blocks[3]});
+    files.open({scratch.path()}, Scheme, 8, false);
   }
 
   static DtmValue expected(int side, std::uint32_t index) { return StoredByteValues[side][storedByte(side, index)]; }
@@ -57,7 +49,7 @@ class TablebaseCacheTest : public ::testing::Test {
 
   const int kqk = findEndgame("kqk");
   const int krk = findEndgame("krk");
-  test::ScratchFolder scratch;
+  testing::ScratchFolder scratch;
   TablebaseFiles files;
   TablebaseCache cache{files};
 };
@@ -76,7 +68,7 @@ TEST_F(TablebaseCacheTest, SplitsItsMemoryBetweenTheTwoCaches) {
   cache.initCache(4 * MB, 200);
   EXPECT_EQ(cache.wdlCache().maxBlocks(), 1024u) << "the fraction stops at 128 of 128";
 
-  files.open({scratch.string()}, CompressionScheme::Uncompressed, 8, false);
+  files.open({scratch.path()}, CompressionScheme::Uncompressed, 8, false);
   cache.initCache(0, 96);
   EXPECT_FALSE(cache.dtmCache().enabled());
   DtmValue word = 0;

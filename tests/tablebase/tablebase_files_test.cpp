@@ -10,20 +10,11 @@
 namespace torvy {
 namespace {
 
-using test::Bytes;
-using test::ScratchFolder;
+using testing::Bytes;
 
 TEST(OpenFileLimitTest, KeepsFiveFilesInHandWithinFourToThirtyTwo) {
-  EXPECT_EQ(openFileLimitFor(20), 15);
-  EXPECT_EQ(openFileLimitFor(0), 4);
-  EXPECT_EQ(openFileLimitFor(8), 4);
-  EXPECT_EQ(openFileLimitFor(9), 4);
-  EXPECT_EQ(openFileLimitFor(10), 5);
-  EXPECT_EQ(openFileLimitFor(37), 32);
-  EXPECT_EQ(openFileLimitFor(38), 32);
-  const int processLimit = processOpenFileLimit();
-  EXPECT_GE(processLimit, 4);
-  EXPECT_LE(processLimit, 32);
+  for (auto [files, limit] : {std::pair{20, 15}, {0, 4}, {9, 4}, {10, 5}, {37, 32}, {38, 32}})
+    EXPECT_EQ(openFileLimitFor(files), limit) << files;
 }
 
 // Table files of the stored scheme, whose blocks read back as written.
@@ -33,8 +24,10 @@ class TableFilesTest : public ::testing::Test {
 
   // Two blocks, each with the skipped first byte and then a marker of the file it came from.
   static void writeTable(const std::string& folder, std::string_view name, std::uint8_t marker) {
-    const Bytes file = test::tableFile({{0, marker, 1}, {0, marker, 2, 2}});
-    test::writeFile(tablebaseFileName(folder, name, Scheme).data(), file);
+    writeTable(folder, name, testing::tableFile({{0, marker, 1}, {0, marker, 2, 2}}));
+  }
+  static void writeTable(const std::string& folder, std::string_view name, const Bytes& file) {
+    testing::writeFile(tablebaseFileName(folder, name, Scheme).data(), file);
   }
 
   // The marker of the file the endgame is open from, or -1.
@@ -46,7 +39,7 @@ class TableFilesTest : public ::testing::Test {
 
   bool isOpen(std::string_view name) const { return files.record(findEndgame(name)).file != nullptr; }
 
-  ScratchFolder scratch;
+  testing::ScratchFolder scratch;
   TablebaseFiles files;
   std::array<std::uint8_t, BlockBufferSize> buffer{};
 };
@@ -136,26 +129,20 @@ TEST_F(TableFilesTest, ReopeningContinuesInTheNextFolderAndComesRound) {
 
 TEST_F(TableFilesTest, DamagedHeadsAndBlocksFailToRead) {
   const std::string folder = scratch.subfolder("a");
-  Bytes shortTable = test::tableFile({{0, 1}});
+  Bytes shortTable = testing::tableFile({{0, 1}});
   shortTable[32] = 36;  // the offset table would end inside the head
-  test::writeFile(tablebaseFileName(folder, "kqk", Scheme).data(), shortTable);
-
-  Bytes cutTable = test::tableFile({{0, 1}, {0, 2}});
+  writeTable(folder, "kqk", shortTable);
+  Bytes cutTable = testing::tableFile({{0, 1}, {0, 2}});
   cutTable.resize(44);  // the head and one offset of three
-  test::writeFile(tablebaseFileName(folder, "krk", Scheme).data(), cutTable);
-
-  test::writeFile(tablebaseFileName(folder, "kbk", Scheme).data(), Bytes(20, 0));
-
-  Bytes badOffsets = test::tableFile({{0, 1}, {0, 2}, {0, 3}});
+  writeTable(folder, "krk", cutTable);
+  writeTable(folder, "kbk", Bytes(20, 0));
+  Bytes badOffsets = testing::tableFile({{0, 1}, {0, 2}, {0, 3}});
   badOffsets[44] = 0;  // the second block now starts before the first
-  test::writeFile(tablebaseFileName(folder, "knk", Scheme).data(), badOffsets);
-
-  test::writeFile(tablebaseFileName(folder, "kpk", Scheme).data(),
-                  test::tableFile({{0, 1}, Bytes(BlockBufferSize + 1, 5), {0, 3}}));
-
-  Bytes pastTheEnd = test::tableFile({{0, 1, 2, 3}});
+  writeTable(folder, "knk", badOffsets);
+  writeTable(folder, "kpk", testing::tableFile({{0, 1}, Bytes(BlockBufferSize + 1, 5), {0, 3}}));
+  Bytes pastTheEnd = testing::tableFile({{0, 1, 2, 3}});
   pastTheEnd.resize(pastTheEnd.size() - 1);
-  test::writeFile(tablebaseFileName(folder, "kqkq", Scheme).data(), pastTheEnd);
+  writeTable(folder, "kqkq", pastTheEnd);
 
   const std::string report = files.open({folder}, Scheme, 8, true);
   EXPECT_NE(report.find("  Compression Indexes (3-pc) = **FAILED**\n"), std::string::npos) << report;
@@ -190,7 +177,7 @@ TEST_F(TableFilesTest, ReportNamesFoldersSchemeAndWhatWasFound) {
 
 TEST_F(TableFilesTest, UncompressedFilesNeedNoIndexAndReadRawBytes) {
   const std::string folder = scratch.subfolder("a");
-  test::writeFile(folder + "/kqk.gtb", Bytes{10, 11, 12, 13, 14, 15});
+  testing::writeFile(folder + "/kqk.gtb", Bytes{10, 11, 12, 13, 14, 15});
   files.open({folder}, CompressionScheme::Uncompressed, 8, false);
   const int kqk = findEndgame("kqk");
   EXPECT_TRUE(files.prepare(kqk));

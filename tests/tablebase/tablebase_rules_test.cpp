@@ -48,12 +48,12 @@ int valueByMoves(const TablebaseState& tables, Board_0x88& board, bool& ok) {
   return best;
 }
 
-class TablebaseRulesTest : public test::InstalledTablesTest {
+class TablebaseRulesTest : public testing::InstalledTablesTest {
  protected:
   void SetUp() override {
-    test::InstalledTablesTest::SetUp();
+    testing::InstalledTablesTest::SetUp();
     if (IsSkipped()) return;
-    tables.setup("gaviota", test::installedTableFolder(4).string(), 16);
+    tables.setup("gaviota", testing::installedTableFolder(4).string(), 16);
     ASSERT_TRUE(tables.initialised);
   }
   void TearDown() override { tables.setup("none", "", 0); }

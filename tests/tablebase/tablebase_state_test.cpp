@@ -53,11 +53,11 @@ TEST(ProbeRecordTest, ListsTheMenAndRecodesCastlingAndEnPassant) {
 constexpr const char* QueenMatesInOne = "k7/8/1K6/8/8/8/8/6Q1 w - - 0 1";
 constexpr const char* QueenMatesInOneAsBlack = "6q1/8/8/8/8/1k6/8/K7 b - - 0 1";
 
-class TablebaseStateTest : public test::InstalledTablesTest {
+class TablebaseStateTest : public testing::InstalledTablesTest {
  protected:
   void TearDown() override { state.setup("none", "", 0); }
 
-  std::string tables = test::installedTableFolder(4).string();
+  std::string tables = testing::installedTableFolder(4).string();
   TablebaseState state;
 };
 
