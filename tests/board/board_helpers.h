@@ -1,16 +1,20 @@
-// Set-up and comparison helpers shared by the board tests.
+// Set-up, comparison and perft helpers shared by the board and diagnostics tests.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstring>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include "board/fen.h"
 #include "board/move_text.h"
 #include "board/movegen.h"
+#include "diagnostics/perft.h"
 
 namespace torvy::testing {
 
@@ -74,6 +78,43 @@ inline void expectSamePosition(const Board_0x88& a, const Board_0x88& b) {
   ASSERT_EQ(a.pawnKey(), b.pawnKey());
   ASSERT_EQ(a.lightIndex, b.lightIndex);
   ASSERT_EQ(a.lightKeys[a.lightIndex], b.lightKeys[b.lightIndex]);
+}
+
+// One table for all perft counts: big enough to matter, small enough for sanitizer runs.
+inline std::uint64_t perftOf(Board_0x88& board, int depth) {
+  static PerftTable table;
+  if (!table.exists()) {
+    std::ostringstream ignored;
+    table.resize(16, "Perft hash", ignored);
+  }
+  table.clear();
+  std::uint64_t nodes = 0;
+  return perftFromRoot(nodes, board, table, depth);
+}
+
+// The same position seen from the other side: ranks reversed, colours and rights swapped.
+inline std::string flippedFen(const std::string& fen) {
+  std::istringstream in(fen);
+  std::string placement, side, castling, ep, rest;
+  in >> placement >> side >> castling >> ep;
+  std::getline(in, rest);
+  auto swapCase = [](char c) { return char(std::isupper(c) ? std::tolower(c) : std::toupper(c)); };
+  std::string flipped;
+  std::istringstream ranks(placement);
+  for (std::string rank; std::getline(ranks, rank, '/');) flipped = rank + (flipped.empty() ? "" : "/") + flipped;
+  std::transform(flipped.begin(), flipped.end(), flipped.begin(), swapCase);
+  std::string rights;
+  for (char right : std::string("KQkq"))
+    if (castling.find(swapCase(right)) != std::string::npos) rights += right;
+  if (ep != "-") ep[1] = ep[1] == '3' ? '6' : '3';
+  return flipped + (side == "w" ? " b " : " w ") + (rights.empty() ? "-" : rights) + ' ' + ep + rest;
+}
+
+inline std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
 }
 
 }  // namespace torvy::testing

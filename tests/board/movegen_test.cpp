@@ -57,20 +57,18 @@ TEST(MoveGeneration, CheckEvasionsAndPins) {
   for (const std::string& m : legalMoveTexts(*defended)) EXPECT_NE(m, "e1d2") << "the rook on d2 is defended";
 }
 
-TEST(MoveGeneration, CastlingRules) {
-  auto throughCheck = boardFrom("4k3/8/8/8/8/8/5r2/R3K2R w KQ - 0 1");
-  Texts moves = legalMoveTexts(*throughCheck);
-  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1"), 0);
-  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1c1"), 1);
-  auto intoCheck = boardFrom("4k3/8/8/8/8/8/6r1/R3K2R w KQ - 0 1");
-  moves = legalMoveTexts(*intoCheck);
-  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1"), 0);
-  auto outOfCheck = boardFrom("4k3/8/8/8/8/8/4r3/R3K2R w KQ - 0 1");
-  moves = legalMoveTexts(*outOfCheck);
-  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1") + std::count(moves.begin(), moves.end(), "e1c1"), 0);
-  auto onlyB1Attacked = boardFrom("4k3/8/8/8/8/8/1r6/R3K3 w Q - 0 1");
-  moves = legalMoveTexts(*onlyB1Attacked);
-  EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1c1"), 1);
+TEST(MoveGeneration, CastlingNeverThroughIntoOrOutOfCheck) {
+  struct Case {
+    const char* fen;
+    int kingSide, queenSide;  // how often e1g1 and e1c1 are listed
+  };
+  for (const Case& c : {Case{"4k3/8/8/8/8/8/5r2/R3K2R w KQ - 0 1", 0, 1}, Case{"4k3/8/8/8/8/8/6r1/R3K2R w KQ - 0 1", 0, 1},
+                        Case{"4k3/8/8/8/8/8/4r3/R3K2R w KQ - 0 1", 0, 0},
+                        Case{"4k3/8/8/8/8/8/1r6/R3K3 w Q - 0 1", 0, 1}}) {  // only b1 attacked: no matter
+    const Texts moves = legalMoveTexts(*boardFrom(c.fen));
+    EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1g1"), c.kingSide) << c.fen;
+    EXPECT_EQ(std::count(moves.begin(), moves.end(), "e1c1"), c.queenSide) << c.fen;
+  }
 }
 
 TEST(MoveGeneration, EnPassantThatBaresTheKingAlongTheRankIsRefused) {
@@ -124,40 +122,33 @@ TEST(Attacks, PinSets) {
   EXPECT_EQ(straightPins<White>(*open) | diagonalPins<White>(*open), 0u);
 }
 
-TEST(Attacks, GivesCheckDirectAndDiscovered) {
-  auto knight = boardFrom("4k3/8/8/8/8/8/8/4K1N1 w - - 0 1");
-  CheckInfo info;
-  EXPECT_TRUE(givesCheck<White>(*knight, makeNormalMove(sq::g1, 0x55), info));
-  EXPECT_EQ(info.square, 0x55);
-  auto discovered = boardFrom("4k3/8/8/8/8/8/4N3/4RK2 w - - 0 1");
-  info = {};
-  EXPECT_TRUE(givesCheck<White>(*discovered, makeNormalMove(0x14, 0x33), info));
-  EXPECT_EQ(info.square, sq::e1);
-  auto alongTheLine = boardFrom("4k3/8/8/8/8/8/4P3/4RK2 w - - 0 1");
-  info = {};
-  EXPECT_FALSE(givesCheck<White>(*alongTheLine, makeNormalMove(0x14, 0x34, true), info));
-  auto promotion = boardFrom("8/1P6/2k5/8/8/8/8/4K3 w - - 0 1");
-  info = {};
-  EXPECT_TRUE(givesCheck<White>(*promotion, makePromotion(0x61, 0x71, Knight), info));
-  auto pawn = boardFrom("8/8/3k4/8/4P3/8/8/4K3 w - - 0 1");
-  info = {};
-  EXPECT_TRUE(givesCheck<White>(*pawn, makeNormalMove(0x34, 0x44), info));
-}
-
-TEST(Attacks, GivesCheckSeesWhatTheWalksCannot) {
-  CheckInfo info;
-  auto castling = boardFrom("5k2/8/8/8/8/8/8/4K2R w K - 0 1");
-  EXPECT_TRUE(givesCheck<White>(*castling, WhiteCastleKingSide, info));
-  EXPECT_EQ(info.square, sq::f1);
-  info = {};
-  auto enPassant = boardFrom("8/8/8/R2pP2k/8/8/8/4K3 w - d6 0 1");
-  EXPECT_TRUE(givesCheck<White>(*enPassant, makeEnPassant(0x44, 0x53), info));
-  EXPECT_EQ(info.square, 0x40);
-  info = {};
-  auto promotion = boardFrom("r7/1P6/8/8/4k3/8/8/4K3 w - - 0 1");
-  EXPECT_TRUE(givesCheck<White>(*promotion, makePromotion(0x61, sq::a8, Queen), info));
-  EXPECT_EQ(info.square, sq::a8);
-  EXPECT_EQ(promotion->pieceOn[0x61], Pawn) << "the board is left as it was";
+// Direct, discovered, by promotion, and where a walk from the king cannot see it: castling
+// (the rook), en passant (the captured pawn opens the rank), promotion on the square it takes.
+TEST(Attacks, GivesCheck) {
+  struct Case {
+    const char* fen;
+    Move move;
+    bool check;
+    Square88 checker;  // NoSquare: not looked at
+  };
+  const Case cases[] = {
+      {"4k3/8/8/8/8/8/8/4K1N1 w - - 0 1", makeNormalMove(sq::g1, 0x55), true, 0x55},
+      {"4k3/8/8/8/8/8/4N3/4RK2 w - - 0 1", makeNormalMove(0x14, 0x33), true, sq::e1},
+      {"4k3/8/8/8/8/8/4P3/4RK2 w - - 0 1", makeNormalMove(0x14, 0x34, true), false, NoSquare},
+      {"8/1P6/2k5/8/8/8/8/4K3 w - - 0 1", makePromotion(0x61, 0x71, Knight), true, NoSquare},
+      {"8/8/3k4/8/4P3/8/8/4K3 w - - 0 1", makeNormalMove(0x34, 0x44), true, NoSquare},
+      {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", WhiteCastleKingSide, true, sq::f1},
+      {"8/8/8/R2pP2k/8/8/8/4K3 w - d6 0 1", makeEnPassant(0x44, 0x53), true, 0x40},
+      {"r7/1P6/8/8/4k3/8/8/4K3 w - - 0 1", makePromotion(0x61, sq::a8, Queen), true, sq::a8},
+  };
+  for (const Case& c : cases) {
+    auto board = boardFrom(c.fen);
+    const auto before = board->key();
+    CheckInfo info;
+    EXPECT_EQ(givesCheck<White>(*board, c.move, info), c.check) << c.fen;
+    EXPECT_TRUE(c.checker == NoSquare || info.square == c.checker) << c.fen << ": " << int(info.square);
+    EXPECT_EQ(board->key(), before) << "the board is left as it was";
+  }
 }
 
 TEST(Attacks, PseudoLegalityOfStoredMoves) {

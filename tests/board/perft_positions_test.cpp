@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "../diagnostics/perft_helpers.h"
+#include "board_helpers.h"
 
 namespace torvy::testing {
 namespace {

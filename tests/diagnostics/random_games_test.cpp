@@ -4,17 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <numeric>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "board/board_helpers.h"
-#include "board/fen.h"
-#include "board/move_text.h"
 #include "frontend/wb_engine.h"
 
 namespace torvy {
@@ -84,73 +77,55 @@ TEST(RandomGames, ProgressMarksAboutFiftyTimes) {
   EXPECT_EQ(out.str(), std::string(7, '#'));  // fewer than fifty games: a mark for each
 }
 
-// Splits the report into lines and reads the numbers of the line after a label.
-class RandomGamesReport : public ::testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    std::ostringstream out;
-    printRandomGamesReport(thousandGames().stats, out);
-    std::istringstream in(out.str());
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-  }
-  static std::size_t find(const std::string& line) {
-    for (std::size_t i = 0; i < lines.size(); ++i)
-      if (lines[i] == line) return i;
-    ADD_FAILURE() << "no line " << line;
-    return 0;
-  }
-  // The numbers behind a line's last colon, brackets dropped.
-  static std::vector<double> numbers(std::string line) {
-    std::replace(line.begin(), line.end(), '[', ' ');
-    std::replace(line.begin(), line.end(), ']', ' ');
-    const std::size_t colon = line.rfind(':');
-    std::istringstream in(colon == std::string::npos ? line : line.substr(colon + 1));
-    std::vector<double> values;
-    for (double v; in >> v;) values.push_back(v);
-    return values;
-  }
-  static std::string startsWith(const std::string& label) {
-    for (const std::string& line : lines)
-      if (line.rfind(label, 0) == 0) return line;
-    ADD_FAILURE() << "no line " << label;
-    return label;
-  }
-  static inline std::vector<std::string> lines;
-};
+// The numbers behind a line's last colon, brackets dropped.
+std::vector<double> numbers(std::string line) {
+  std::replace(line.begin(), line.end(), '[', ' ');
+  std::replace(line.begin(), line.end(), ']', ' ');
+  std::istringstream in(line.substr(line.rfind(':') + 1));
+  std::vector<double> values;
+  for (double v; in >> v;) values.push_back(v);
+  return values;
+}
 
-TEST_F(RandomGamesReport, HasItsBlocksInOrder) {
+double sumOfNumbers(const std::vector<std::string>& lines, std::size_t first, std::size_t end) {
+  double total = 0;
+  for (std::size_t i = first; i < end; ++i)
+    for (double v : numbers(lines[i])) total += v;
+  return total;
+}
+
+TEST(RandomGames, ReportHasItsBlocksInOrderAndItsPercentagesAddUp) {
+  std::ostringstream out;
+  printRandomGamesReport(thousandGames().stats, out);
+  const std::vector<std::string> lines = testing::linesOf(out.str());
   ASSERT_EQ(lines.size(), 11u + 12 * 10 + 2 * 3 + 41);
   char total[80];
   std::snprintf(total, sizeof total, "Total games:                        %10d", 1000);
   EXPECT_EQ(lines[0], total);
-  EXPECT_EQ(lines[11], "Avg. presence of 0 1:");
-  EXPECT_EQ(lines[11 + 12 * 10 - 10], "Avg. presence of 1 6:");
+  // Ten lines of presence per colour and piece, 0 1 (White's pawns) first.
+  auto presence = [&](int colour, int piece) { return std::size_t(11 + 10 * (6 * colour + piece - 1)); };
+  for (int colour : {0, 1}) {
+    EXPECT_EQ(lines[presence(colour, 1)], "Avg. presence of " + std::to_string(colour) + " 1:");
+    EXPECT_EQ(lines[presence(colour, 6) + 9], "[100.0]") << "a king in every position";
+    EXPECT_LT(numbers(lines[presence(colour, 1) + 9]).at(0), 100.0) << "pawns leave the board in some games";
+  }
   EXPECT_EQ(lines[131], "Frequency of positions with given number of white pieces:");
+  EXPECT_NEAR(sumOfNumbers(lines, 132, 134), 100.0, 0.5);
   EXPECT_EQ(lines[134], "Frequency of positions with given number of black pieces:");
+  EXPECT_NEAR(sumOfNumbers(lines, 135, 137), 100.0, 0.5);
   EXPECT_EQ(lines[137], "Game length:");
   EXPECT_EQ(lines[138].substr(0, 12), "   0 ..   19");
   EXPECT_EQ(lines.back().substr(0, 12), " 780 ..  799");
-}
-
-TEST_F(RandomGamesReport, PercentagesAddUp) {
   double lengths = 0;
   for (std::size_t i = 138; i < lines.size(); ++i) lengths += numbers(lines[i]).at(0);
   EXPECT_NEAR(lengths, 100.0, 0.5);
-  for (const char* colour : {"white", "black"}) {
-    const std::size_t at = find(std::string("Frequency of positions with given number of ") + colour + " pieces:");
-    double counts = 0;
-    for (std::size_t i = at + 1; i <= at + 2; ++i)
-      for (double v : numbers(lines[i])) counts += v;
-    EXPECT_NEAR(counts, 100.0, 0.5) << colour;
-  }
-  for (int colour : {0, 1}) {
-    const std::size_t king = find("Avg. presence of " + std::to_string(colour) + " 6:");
-    EXPECT_EQ(lines[king + 9], "[100.0]");
-    const std::size_t pawn = find("Avg. presence of " + std::to_string(colour) + " 1:");
-    EXPECT_LT(numbers(lines[pawn + 9]).at(0), 100.0);
-  }
-  EXPECT_EQ(numbers(startsWith("Avg. captures of piece/game:")).at(5), 0.0);
-  const std::vector<double> promotions = numbers(startsWith("Avg. promotions into piece/game:"));
+
+  auto lineOf = [&](const std::string& label) {
+    const auto found = std::find_if(lines.begin(), lines.end(), [&](const auto& l) { return l.rfind(label, 0) == 0; });
+    return found == lines.end() ? label : *found;
+  };
+  EXPECT_EQ(numbers(lineOf("Avg. captures of piece/game:")).at(5), 0.0) << "no king is taken";
+  const std::vector<double> promotions = numbers(lineOf("Avg. promotions into piece/game:"));
   ASSERT_EQ(promotions.size(), 6u);
   EXPECT_EQ(promotions[0], 0.0);
   EXPECT_EQ(promotions[5], 0.0);
@@ -171,18 +146,11 @@ TEST(RandomMove, IsLegalAndFailsWithoutMoves) {
   }
 }
 
-class RandomCommands : public ::testing::Test {
- protected:
+TEST(RandomCommands, RandgamesPlaysAndLeavesTheStartPositionAndTheSwitch) {
   std::ostringstream out;
   WBEngine engine{out, stdin};
-};
-
-TEST_F(RandomCommands, RandgamesNeedsAPositiveCount) {
   for (const char* line : {"randgames 0", "randgames -5", "randgames x"}) EXPECT_FALSE(engine.dispatch(line)) << line;
   EXPECT_EQ(out.str(), "");
-}
-
-TEST_F(RandomCommands, RandgamesLeavesTheStartPositionAndTheSwitch) {
   ASSERT_TRUE(engine.dispatch("setboard 4k3/8/8/8/8/8/4P3/4K3 w - - 0 1"));
   ASSERT_TRUE(engine.dispatch("usermove e2e4"));
   engine.engineColor = Black;
