@@ -21,12 +21,11 @@ std::string cores(std::uint32_t used, std::uint32_t requested, std::uint32_t max
          ", current=0, max=" + std::to_string(max) + ")";
 }
 
-TEST(ConfigurationLine, SkipsCommentsBlanksAndLinesWithoutEquals) {
+// Comments, blank lines and lines without "=" are skipped; blanks and one pair of enclosing
+// quotes are trimmed.
+TEST(ConfigurationLine, SkipsOrSplitsIntoKeyAndValue) {
   for (const char* line : {"", "   ", "# ttHashSizeMB=1", "   # ttHashSizeMB=1", "ttHashSizeMB", "  ttHashSizeMB 5"})
     EXPECT_FALSE(parseConfigurationLine(line)) << '"' << line << '"';
-}
-
-TEST(ConfigurationLine, TrimsBlanksAndOnePairOfEnclosingQuotes) {
   struct Case {
     const char* line;
     const char* key;

@@ -25,6 +25,19 @@ struct EngineOutput {
   bool timedOut = false;
 };
 
+// A piece of input and what to wait for after writing it, so that the engine can act on it
+// (start or finish a search) before the next piece arrives: a line of output that begins with
+// awaitLine, if one is named, then a pause. Waiting for output keeps the script in step with
+// the engine however slowly it runs (under the sanitizers, or on a busy machine).
+struct ScriptStep {
+  ScriptStep(std::string input, int pause = 0, std::string awaited = {})
+      : text(std::move(input)), pauseMs(pause), awaitLine(std::move(awaited)) {}
+
+  std::string text;
+  int pauseMs;
+  std::string awaitLine;
+};
+
 namespace detail {
 
 // An empty folder of our own, so that no configuration or book file nearby changes the engine.
@@ -46,23 +59,6 @@ inline std::vector<std::string> splitLines(const std::string& text) {
   if (start < text.size()) lines.push_back(text.substr(start));
   return lines;
 }
-
-}  // namespace detail
-
-// A piece of input and what to wait for after writing it, so that the engine can act on it
-// (start or finish a search) before the next piece arrives: a line of output that begins with
-// awaitLine, if one is named, then a pause. Waiting for output keeps the script in step with
-// the engine however slowly it runs (under the sanitizers, or on a busy machine).
-struct ScriptStep {
-  ScriptStep(std::string input, int pause = 0, std::string awaited = {})
-      : text(std::move(input)), pauseMs(pause), awaitLine(std::move(awaited)) {}
-
-  std::string text;
-  int pauseMs;
-  std::string awaitLine;
-};
-
-namespace detail {
 
 // What the engine has said so far, shared by the reading loop and the writer of the script.
 class OutputLog {
@@ -115,18 +111,10 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
   EngineOutput result;
   int input[2];
   int output[2];
-  if (pipe(input) != 0) return result;
-  if (pipe(output) != 0) {
-    close(input[0]);
-    close(input[1]);
-    return result;
-  }
+  if (pipe(input) != 0 || pipe(output) != 0) return result;
   signal(SIGPIPE, SIG_IGN);  // an engine that ends early must not take the test with it
   const pid_t child = fork();
-  if (child < 0) {
-    for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
-    return result;
-  }
+  if (child < 0) return result;
   if (child == 0) {
     dup2(input[0], STDIN_FILENO);
     dup2(output[1], STDOUT_FILENO);

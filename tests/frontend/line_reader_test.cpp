@@ -9,58 +9,57 @@
 namespace torvy {
 namespace {
 
+using Lines = std::vector<std::string>;
+
 // Every line that readLine gives for this input, read with a buffer of the given size.
-std::vector<std::string> readAll(std::string input, std::size_t size = 1024) {
+Lines readAll(std::string input, std::size_t size = 1024) {
   std::FILE* stream = fmemopen(input.data(), input.size(), "r");
   std::vector<char> buffer(size);
-  std::vector<std::string> lines;
+  Lines lines;
   while (readLine(buffer.data(), size, stream)) lines.emplace_back(buffer.data());
   std::fclose(stream);
   return lines;
 }
 
-using Lines = std::vector<std::string>;
-
-TEST(ReadLine, StripsOneLineFeedOneCarriageReturnThenBlanks) {
-  EXPECT_EQ(readAll("go\n"), Lines{"go"});
-  EXPECT_EQ(readAll("go\r\n"), Lines{"go"});
-  EXPECT_EQ(readAll("go  \r\n"), Lines{"go"});
-  EXPECT_EQ(readAll("go\r\r\n"), Lines{"go\r"});
-  EXPECT_EQ(readAll("go\r \n"), Lines{"go\r"});
-  EXPECT_EQ(readAll("   \n\n\r\n"), (Lines{"", "", ""}));
-}
-
-TEST(ReadLine, KeepsTabsAndLeadingBlanks) {
-  EXPECT_EQ(readAll("ping\t1\t\n"), Lines{"ping\t1\t"});
-  EXPECT_EQ(readAll("  ping 1\n"), Lines{"  ping 1"});
-}
-
-TEST(ReadLine, LastLineWithoutLineFeedAndEndOfInput) {
-  EXPECT_EQ(readAll("new\nquit"), (Lines{"new", "quit"}));
-  EXPECT_EQ(readAll(""), Lines{});
-}
-
-TEST(ReadLine, LongLinesArriveInPieces) {
-  const std::string longLine(1500, 'x');
-  EXPECT_EQ(readAll(longLine + "\nping 1\n"), (Lines{std::string(1023, 'x'), std::string(477, 'x'), "ping 1"}));
-  // A line that just fills the buffer leaves its line feed behind as an empty line.
-  EXPECT_EQ(readAll(std::string(1023, 'y') + "\n"), (Lines{std::string(1023, 'y'), ""}));
-  EXPECT_EQ(readAll("abcdef\n", 4), (Lines{"abc", "def", ""}));
+// One line feed, then one carriage return, then blanks are stripped; tabs and leading blanks
+// stay; a last line needs no line feed; a long line arrives in pieces.
+TEST(ReadLine, StripsTheEndOfEachLineAndSplitsLongOnes) {
+  struct Case {
+    std::string input;
+    Lines lines;
+    std::size_t size = 1024;
+  };
+  const Case cases[] = {
+      {"go\n", {"go"}},
+      {"go\r\n", {"go"}},
+      {"go  \r\n", {"go"}},
+      {"go\r\r\n", {"go\r"}},
+      {"go\r \n", {"go\r"}},
+      {"   \n\n\r\n", {"", "", ""}},
+      {"ping\t1\t\n", {"ping\t1\t"}},
+      {"  ping 1\n", {"  ping 1"}},
+      {"new\nquit", {"new", "quit"}},
+      {"", {}},
+      {std::string(1500, 'x') + "\nping 1\n", {std::string(1023, 'x'), std::string(477, 'x'), "ping 1"}},
+      // A line that just fills the buffer leaves its line feed behind as an empty line.
+      {std::string(1023, 'y') + "\n", {std::string(1023, 'y'), ""}},
+      {"abcdef\n", {"abc", "def", ""}, 4},
+  };
+  for (const Case& c : cases) EXPECT_EQ(readAll(c.input, c.size), c.lines) << '"' << c.input.substr(0, 20) << '"';
 }
 
 TEST(Split, KeepsEveryPieceIncludingEmptyOnes) {
-  EXPECT_EQ(split("", ' '), Lines{""});
-  EXPECT_EQ(split("40 5 0", ' '), (Lines{"40", "5", "0"}));
-  EXPECT_EQ(split("40  5", ' '), (Lines{"40", "", "5"}));
-  EXPECT_EQ(split(" a ", ' '), (Lines{"", "a", ""}));
-  EXPECT_EQ(split("a\tb", ' '), Lines{"a\tb"});
-}
-
-TEST(Split, OtherSeparators) {
-  EXPECT_EQ(split("5:30", ':'), (Lines{"5", "30"}));
-  EXPECT_EQ(split("1:2:3", ':'), (Lines{"1", "2", "3"}));
-  EXPECT_EQ(split("Hash=64=x", '='), (Lines{"Hash", "64", "x"}));
-  EXPECT_EQ(split(":", ':'), (Lines{"", ""}));
+  struct Case {
+    const char* text;
+    char separator;
+    Lines pieces;
+  };
+  const Case cases[] = {
+      {"", ' ', {""}},           {"40 5 0", ' ', {"40", "5", "0"}}, {"40  5", ' ', {"40", "", "5"}},
+      {" a ", ' ', {"", "a", ""}}, {"a\tb", ' ', {"a\tb"}},           {"1:2:3", ':', {"1", "2", "3"}},
+      {":", ':', {"", ""}},      {"Hash=64=x", '=', {"Hash", "64", "x"}},
+  };
+  for (const Case& c : cases) EXPECT_EQ(split(c.text, c.separator), c.pieces) << '"' << c.text << '"';
 }
 
 }  // namespace

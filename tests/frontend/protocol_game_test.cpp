@@ -25,72 +25,63 @@ const Lines promotionBoard =
 const Lines promotedBoard =
     boardPicture({"k...Q...", "........", "........", "........", "........", "........", "........", "....K..."});
 
+Lines refused(const std::string& command) { return {"# command \"" + command + "\" returned an error code "}; }
+
+// A promotion needs its piece letter, in either case.
 TEST(ProtocolUserMove, AcceptsLegalMovesAndRefusesBadText) {
   const Lines expected = joined({
-      {"Error (illegal argument to 'usermove' command): e2", "# command \"usermove e2\" returned an error code "},
-      {"Error (illegal move): e2e4x", "# command \"usermove e2e4x\" returned an error code "},
-      {"Error (illegal move): e2e5", "# command \"usermove e2e5\" returned an error code "},
-      {"# making user move: e2e4"},
-      afterE2E4,
+      {"Error (illegal argument to 'usermove' command): e2"}, refused("usermove e2"),
+      {"Error (illegal move): e2e4x"}, refused("usermove e2e4x"),
+      {"Error (illegal move): e2e5"}, refused("usermove e2e5"),
+      {"# making user move: e2e4"}, afterE2E4,
+      promotionBoard,
+      {"Error (illegal move): e7e8"}, refused("usermove e7e8"),
+      {"# making user move: E7E8Q"}, promotedBoard,
   });
-  EXPECT_EQ(xboardSession("force\nusermove e2\nusermove e2e4x\nusermove e2e5\nusermove e2e4\n"), expected);
+  EXPECT_EQ(xboardSession("force\nusermove e2\nusermove e2e4x\nusermove e2e5\nusermove e2e4\n" + promotionSetup +
+                          "usermove e7e8\nusermove E7E8Q\n"),
+            expected);
 }
 
-TEST(ProtocolUserMove, PromotionNeedsItsPieceLetterInEitherCase) {
-  const Lines refused = {"Error (illegal move): e7e8", "# command \"usermove e7e8\" returned an error code "};
-  EXPECT_EQ(xboardSession(promotionSetup + "usermove e7e8\nusermove e7e8q\n"),
-            joined({promotionBoard, refused, {"# making user move: e7e8q"}, promotedBoard}));
-  EXPECT_EQ(xboardSession(promotionSetup + "usermove E7E8Q\n"),
-            joined({promotionBoard, {"# making user move: E7E8Q"}, promotedBoard}));
-}
-
+// "undo" takes back one move and "remove" two; neither reaches behind the start of the record.
 TEST(ProtocolTakeBack, UndoAndRemoveStopAtTheStartOfTheRecord) {
-  const Lines undoRefused{"# command \"undo\" returned an error code "};
-  const Lines removeRefused{"# command \"remove\" returned an error code "};
+  const Lines afterE7E5 =
+      boardPicture({"rnbqkbnr", "pppp.ppp", "........", "....p...", "....P...", "........", "PPPP.PPP", "RNBQKBNR"});
   const Lines expected = joined({
-      undoRefused,
-      {"# making user move: e2e4"},
-      afterE2E4,
-      removeRefused,
+      refused("undo"),
+      {"# making user move: e2e4"}, afterE2E4,
+      refused("remove"),
       startBoard(),  // undo
-      undoRefused,
+      refused("undo"),
+      {"# making user move: e2e4"}, afterE2E4,
+      {"# making user move: e7e5"}, afterE7E5,
+      startBoard(),  // remove
+      refused("undo"),
   });
-  EXPECT_EQ(xboardSession("force\nundo\nusermove e2e4\nremove\nundo\nundo\n"), expected);
-}
-
-TEST(ProtocolTakeBack, RemoveTakesBackTwoMoves) {
-  const Lines lines = xboardSession("force\nusermove e2e4\nusermove e7e5\nremove\nundo\n");
-  ASSERT_GE(lines.size(), 10u);
-  const Lines last(lines.end() - 10, lines.end());
-  EXPECT_EQ(last, joined({startBoard(), {"# command \"undo\" returned an error code "}}));
+  EXPECT_EQ(xboardSession("force\nundo\nusermove e2e4\nremove\nundo\nundo\nusermove e2e4\nusermove e7e5\nremove\nundo\n"),
+            expected);
 }
 
 TEST(ProtocolTakeBack, NeverReachesBehindASetUpPosition) {
   const Lines lines = xboardSession("usermove e2e4\n" + promotionSetup + "undo\nusermove e1d1\nundo\nundo\n");
   const Lines tail(lines.end() - 10, lines.end());
-  EXPECT_EQ(tail, joined({promotionBoard, {"# command \"undo\" returned an error code "}}));
-  EXPECT_EQ(std::count(lines.begin(), lines.end(), "# command \"undo\" returned an error code "), 2);
+  EXPECT_EQ(tail, joined({promotionBoard, refused("undo")}));
+  EXPECT_EQ(std::count(lines.begin(), lines.end(), refused("undo")[0]), 2);
 }
 
-TEST(ProtocolSetBoard, BadTextKeepsThePreviousPosition) {
+// Bad text keeps the previous position and its moves; four fields are enough, seven too many.
+TEST(ProtocolSetBoard, RefusesBadTextAndKeepsThePreviousPosition) {
+  const std::string bad = "setboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1";
+  const std::string tooLong = "setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x";
   const Lines expected = joined({
-      {"# making user move: e2e4"},
-      afterE2E4,
-      {"# command \"setboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1\" returned an error code "},
-      afterE2E4,
+      {"# making user move: e2e4"}, afterE2E4,
+      refused(bad), afterE2E4,
       startBoard(),  // the move before the failed set-up can still be taken back
+      promotionBoard,
+      {"Error (too many arguments, expected at most 6): " + tooLong}, refused(tooLong),
   });
-  EXPECT_EQ(xboardSession("force\nusermove e2e4\nsetboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1\nundo\n"),
+  EXPECT_EQ(xboardSession("force\nusermove e2e4\n" + bad + "\nundo\nsetboard k7/4P3/8/8/8/8/8/4K3 w - -\n" + tooLong + "\n"),
             expected);
-}
-
-TEST(ProtocolSetBoard, FourFieldsAreEnoughAndSevenTooMany) {
-  EXPECT_EQ(xboardSession(promotionSetup.substr(0, promotionSetup.size() - 5) + "\n"), promotionBoard);
-  const Lines expected{
-      "Error (too many arguments, expected at most 6): setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x",
-      "# command \"setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x\" returned an error code ",
-  };
-  EXPECT_EQ(xboardSession("setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x\n"), expected);
 }
 
 TEST(ProtocolGameEnd, CheckmateEndsTheGameUntilUndo) {
@@ -102,7 +93,7 @@ TEST(ProtocolGameEnd, CheckmateEndsTheGameUntilUndo) {
       {"# making user move: d8h4"},
       mated,
       {"0-1 {Black wins by checkmate}"},
-      {"Error (cannot make a move at end of game)", "# command \"usermove a2a3\" returned an error code "},
+      {"Error (cannot make a move at end of game)"}, refused("usermove a2a3"),
   });
   const auto found = std::search(lines.begin(), lines.end(), expected.begin(), expected.end());
   ASSERT_NE(found, lines.end());
@@ -131,7 +122,7 @@ TEST(ProtocolGameEnd, ThirdRepetitionByUserMovesGoesOn) {
 
 TEST(ProtocolNewGame, RecreatesTheTablesAndStartsOver) {
   const Lines expected = joined({{"# making user move: e2e4"}, afterE2E4, newTableLines(), startBoard(),
-                                 {"# command \"undo\" returned an error code "}});
+                                 refused("undo")});
   EXPECT_EQ(xboardSession("force\nusermove e2e4\nnew\nundo\n"), expected);
 }
 

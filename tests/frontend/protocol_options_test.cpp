@@ -14,27 +14,15 @@ Lines refused(const std::string& command) { return {"# command \"" + command + "
 
 Lines featureList(const std::string& tt, const std::string& pawn, const std::string& gtbCache, const std::string& gtbPath,
                   const std::string& bookPath) {
-  return {"feature ping=1",
-          "feature setboard=1",
-          "feature playother=1",
-          "feature usermove=1",
-          "feature colors=0",
-          "feature sigint=0",
-          "feature sigterm=0",
-          "feature analyze=1",
-          "feature name=0",
-          "feature nps=0",
-          "feature debug=1",
-          "feature egt=\"gaviota\"",
-          "feature smp=1",
-          "feature variants=\"normal\"",
-          "feature option=\"ttHashSizeMB -spin " + tt + " 1 2048\"",
-          "feature option=\"pawnHashSizeMB -spin " + pawn + " 1 2048\"",
-          "feature option=\"gtbCacheSizeMB -spin " + gtbCache + " 0 256\"",
-          "feature option=\"gtbPath -path " + gtbPath + "\"",
-          "feature option=\"bookFilePath -path " + bookPath + "\"",
-          "feature myname=\"Torvy 0.6.51\"",
-          "feature done=1"};
+  Lines list;
+  for (const std::string& feature : std::initializer_list<std::string>
+       {"ping=1", "setboard=1", "playother=1", "usermove=1", "colors=0", "sigint=0", "sigterm=0", "analyze=1", "name=0",
+        "nps=0", "debug=1", "egt=\"gaviota\"", "smp=1", "variants=\"normal\"",
+        "option=\"ttHashSizeMB -spin " + tt + " 1 2048\"", "option=\"pawnHashSizeMB -spin " + pawn + " 1 2048\"",
+        "option=\"gtbCacheSizeMB -spin " + gtbCache + " 0 256\"", "option=\"gtbPath -path " + gtbPath + "\"",
+        "option=\"bookFilePath -path " + bookPath + "\"", "myname=\"Torvy 0.6.51\"", "done=1"})
+    list.push_back("feature " + feature);
+  return list;
 }
 
 TEST(ProtocolProtover, AnnouncesTheDefaultsAndThenTheCurrentValues) {
