@@ -1,19 +1,15 @@
 // Runs the built engine as a child process on a given standard input and collects its output lines.
 #pragma once
 
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
-#include <condition_variable>
-#include <cstdio>
 #include <cstdlib>
-#include <mutex>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -60,45 +56,12 @@ inline std::vector<std::string> splitLines(const std::string& text) {
   return lines;
 }
 
-// What the engine has said so far, shared by the reading loop and the writer of the script.
-class OutputLog {
- public:
-  void append(const char* data, std::size_t size) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    text_.append(data, size);
-    changed_.notify_all();
-  }
-  void close() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    closed_ = true;
-    changed_.notify_all();
-  }
-  std::size_t size() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return text_.size();
-  }
-  // Waits until a line that begins with prefix starts at or after offset, or the output ends.
-  void awaitLine(const std::string& prefix, std::size_t offset) {
-    std::unique_lock<std::mutex> lock(mutex_);
-    changed_.wait(lock, [&] { return closed_ || hasLine(prefix, offset); });
-  }
-  std::string text() {
-    std::lock_guard<std::mutex> lock(mutex_);
-    return text_;
-  }
-
- private:
-  bool hasLine(const std::string& prefix, std::size_t offset) const {
-    for (std::size_t at = text_.find(prefix, offset); at != std::string::npos; at = text_.find(prefix, at + 1))
-      if ((at == 0 || text_[at - 1] == '\n') && text_.find('\n', at) != std::string::npos) return true;
-    return false;
-  }
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::string text_;
-  bool closed_ = false;
-};
+// True once a whole line that begins with prefix starts at or after offset.
+inline bool hasLine(const std::string& text, const std::string& prefix, std::size_t offset) {
+  for (std::size_t at = text.find(prefix, offset); at != std::string::npos; at = text.find(prefix, at + 1))
+    if ((at == 0 || text[at - 1] == '\n') && text.find('\n', at) != std::string::npos) return true;
+  return false;
+}
 
 }  // namespace detail
 
@@ -128,38 +91,41 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
   }
   close(input[0]);
   close(output[1]);
-  detail::OutputLog log;
-  std::thread writer([&steps, &log, fd = input[1]] {
-    for (const ScriptStep& step : steps) {
-      const std::size_t before = log.size();
-      if (write(fd, step.text.data(), step.text.size()) < 0) break;
-      if (!step.awaitLine.empty()) log.awaitLine(step.awaitLine, before);
-      std::this_thread::sleep_for(std::chrono::milliseconds(step.pauseMs));
-    }
-    close(fd);
-  });
 
-  const auto deadline = std::chrono::steady_clock::now() + limit;
-  char chunk[4096];
-  for (;;) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
-    pollfd watched{output[0], POLLIN, 0};
-    if (left.count() <= 0 || poll(&watched, 1, int(left.count())) == 0) {
-      result.timedOut = true;
-      kill(child, SIGKILL);
-      break;
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point deadline = Clock::now() + limit;
+  std::string text;
+  bool ended = false;
+  // Collects output until done() holds, the time is up or the output ends.
+  auto readUntil = [&](Clock::time_point until, auto done) {
+    while (!ended && !done()) {
+      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(std::min(until, deadline) - Clock::now());
+      if (left.count() <= 0) {
+        result.timedOut = Clock::now() >= deadline;
+        return;
+      }
+      pollfd watched{output[0], POLLIN, 0};
+      if (poll(&watched, 1, int(left.count())) <= 0) continue;
+      char chunk[4096];
+      const ssize_t got = read(output[0], chunk, sizeof chunk);
+      if (got <= 0) ended = true;
+      else text.append(chunk, std::size_t(got));
     }
-    const ssize_t got = read(output[0], chunk, sizeof chunk);
-    if (got <= 0) break;
-    log.append(chunk, std::size_t(got));
+  };
+  for (const ScriptStep& step : steps) {
+    const std::size_t before = text.size();
+    if (ended || result.timedOut || write(input[1], step.text.data(), step.text.size()) < 0) break;
+    if (!step.awaitLine.empty()) readUntil(deadline, [&] { return detail::hasLine(text, step.awaitLine, before); });
+    readUntil(Clock::now() + std::chrono::milliseconds(step.pauseMs), [] { return false; });
   }
-  log.close();
-  writer.join();
+  close(input[1]);
+  if (!result.timedOut) readUntil(deadline, [] { return false; });
+  if (result.timedOut) kill(child, SIGKILL);
   close(output[0]);
   int status = 0;
   waitpid(child, &status, 0);
   if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-  result.lines = detail::splitLines(log.text());
+  result.lines = detail::splitLines(text);
   return result;
 }
 

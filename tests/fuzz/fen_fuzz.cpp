@@ -25,18 +25,8 @@ void requireKeysMatch(const Board_0x88& board) {
   require(board.pawnKey() == board.computePawnKey());
 }
 
+// The fields a make/unmake pair must give back.
 struct Snapshot {
-  std::uint8_t pieces[128];
-  std::uint8_t colors[128];
-  Square88 pieceList[2][16];
-  std::uint8_t pieceCount[2][8];
-  CastlingRights rights;
-  Square88 ep;
-  std::uint8_t halfmoves;
-  Color side;
-  Key key;
-  ScorePair psq[2];
-
   explicit Snapshot(const Board_0x88& b)
       : rights(b.castlingRights), ep(b.epSquare), halfmoves(b.halfmoveClock), side(b.sideToMove), key(b.key()),
         psq{b.psq[White], b.psq[Black]} {
@@ -45,12 +35,18 @@ struct Snapshot {
     std::memcpy(pieceList, b.pieceList, sizeof pieceList);
     std::memcpy(pieceCount, b.pieceCount, sizeof pieceCount);
   }
-  bool operator==(const Snapshot& o) const {
-    return std::memcmp(pieces, o.pieces, sizeof pieces) == 0 && std::memcmp(colors, o.colors, sizeof colors) == 0 &&
-           std::memcmp(pieceList, o.pieceList, sizeof pieceList) == 0 &&
-           std::memcmp(pieceCount, o.pieceCount, sizeof pieceCount) == 0 && rights == o.rights && ep == o.ep &&
-           halfmoves == o.halfmoves && side == o.side && key == o.key && psq[0] == o.psq[0] && psq[1] == o.psq[1];
-  }
+  bool operator==(const Snapshot&) const = default;
+
+  CastlingRights rights;
+  Square88 ep;
+  std::uint8_t halfmoves;
+  Color side;
+  Key key;
+  ScorePair psq[2];
+  std::uint8_t pieces[128];
+  std::uint8_t colors[128];
+  Square88 pieceList[2][16];
+  std::uint8_t pieceCount[2][8];
 };
 
 // Makes and takes back m with the light and then with the full pair, checking the keys and
