@@ -69,7 +69,7 @@ class InstalledTableProbeTest : public testing::InstalledTablesTest {
   GaviotaTables tables;
 };
 
-TEST_F(InstalledTableProbeTest, AnswersMatesForEitherColourArrangement) {
+TEST_F(InstalledTableProbeTest, AnswersForEitherColourArrangementAndBareKings) {
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"})), (Answer{true, ResultWhiteMates, 1}));
   // The same position with colours and ranks swapped has no table of its own.
   EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"kb3", "qg8", "Ka1"})), (Answer{true, ResultBlackMates, 1}));
@@ -77,9 +77,7 @@ TEST_F(InstalledTableProbeTest, AnswersMatesForEitherColourArrangement) {
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Qg1", "ka8", "Kb6"})), (Answer{true, ResultWhiteMates, 1}));
   EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Kc6", "Bc5", "ka8"})), (Answer{true, ResultDraw, 0}));
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Kc6", "Qc8", "ka8"})), (Answer{true, ResultForbidden, 0}));
-}
-
-TEST_F(InstalledTableProbeTest, BareKingsNeedNoTable) {
+  // Bare kings need no table.
   EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "ke3"})), (Answer{true, ResultDraw, 0}));
   EXPECT_EQ(probeDtm(tables, probeOf(BlackToMove, {"Ke1", "kd2"})), (Answer{true, ResultForbidden, 0}));
 }
