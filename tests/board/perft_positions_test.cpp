@@ -62,14 +62,5 @@ TEST_P(PublishedPerftTest, LeafCountsMatchForBothColours) {
 INSTANTIATE_TEST_SUITE_P(Board, PublishedPerftTest, ::testing::ValuesIn(publishedPositions),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(PerftPositions, CheckmateAndStalemateHaveNoLeavesAtAnyDepth) {
-  for (const char* fen : {"rnb1kbnr/pppp1ppp/8/4p3/6Pq/5P2/PPPPP2P/RNBQKBNR w KQkq - 1 3",
-                          "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"}) {
-    Board_0x88 board;
-    ASSERT_TRUE(setFromFen(board, fen));
-    for (int depth = 1; depth <= 3; ++depth) EXPECT_EQ(perftOf(board, depth), 0u) << fen << " depth " << depth;
-  }
-}
-
 }  // namespace
 }  // namespace torvy::testing

@@ -27,13 +27,7 @@ void expectReportTail(const std::vector<std::string>& lines, const std::string& 
   EXPECT_EQ(tail[1], prefix + "Total nodes:  " + std::to_string(nodes));
   EXPECT_TRUE(std::regex_match(tail[2], std::regex(prefix + "Time elapsed: \\d+\\.\\d\\d s"))) << tail[2];
   EXPECT_TRUE(std::regex_match(tail[3], std::regex(prefix + "Nodes/second: \\d+"))) << tail[3];
-  const std::string fill = "# perftHashFull%:  ";
-  ASSERT_EQ(tail[4].rfind(fill, 0), 0u) << tail[4];
-  std::size_t parsed = 0;
-  const double percent = std::stod(tail[4].substr(fill.size()), &parsed);
-  EXPECT_EQ(parsed, tail[4].size() - fill.size()) << tail[4];
-  EXPECT_GE(percent, 0.0);
-  EXPECT_LE(percent, 100.0);
+  EXPECT_TRUE(std::regex_match(tail[4], std::regex("# perftHashFull%:  (100|\\d\\d?)(\\.\\d+)?"))) << tail[4];
 }
 
 TEST(PerftDriver, ReportsCreatesTheTableOnceAndCountsTheSameEachRun) {
