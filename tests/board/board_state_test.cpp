@@ -143,30 +143,5 @@ TEST(BoardState, MovesLeadToThePositionOfTheirFen) {
   }
 }
 
-TEST(BoardState, CapturedPieceReturnsToItsSlotAndPromotedPawnKeepsItsSlot) {
-  auto board = boardFrom("r3k3/1P6/8/8/8/8/8/4K3 w - - 0 1");
-  const std::uint8_t slot = board->slotOn[0x61];  // b7
-  const std::uint8_t rookSlot = board->slotOn[sq::a8];
-  const Move capture = testing::legalMove(*board, "b7a8q");
-  UndoRecord undo;
-  board->makeMove<White>(capture, undo);
-  EXPECT_EQ(board->slotOn[sq::a8], slot);
-  board->unmakeMove<White>(capture, undo);
-  EXPECT_EQ(board->slotOn[sq::a8], rookSlot);
-  EXPECT_EQ(board->pieceOn[0x61], Pawn);
-}
-
-TEST(BoardState, SlotsFollowTheFixedAssignment) {
-  auto board = boardFrom(StartFen);
-  // King, queen, rooks, bishops, knights, then the pawns a to h.
-  const Square88 expected[16] = {0x04, 0x03, 0x00, 0x07, 0x02, 0x05, 0x01, 0x06,
-                                 0x10, 0x11, 0x12, 0x13, 0x14, 0x15, 0x16, 0x17};
-  for (int slot = 0; slot < 16; ++slot) EXPECT_EQ(board->pieceList[White][slot], expected[slot]) << slot;
-  auto queens = boardFrom("4k3/8/8/8/8/8/8/QQQ1K3 w - - 0 1");
-  EXPECT_EQ(queens->pieceList[White][1], sq::a1);
-  EXPECT_EQ(queens->pieceList[White][8], sq::b1) << "an extra queen takes the first shared slot";
-  EXPECT_EQ(queens->pieceList[White][9], sq::c1);
-}
-
 }  // namespace
 }  // namespace torvy

@@ -10,40 +10,7 @@
 namespace torvy {
 namespace {
 
-constexpr TableSquare A1 = 0, C1 = 2, E1 = 4, C3 = 18, A5 = 32;
-
-// How many distinct numbers a table of int16 holds, and the largest.
-template <class Table>
-int distinctSetValues(const Table& table, int& largest) {
-  const auto* first = reinterpret_cast<const std::int16_t*>(&table);
-  std::set<int> values(first, first + sizeof(Table) / sizeof(std::int16_t));
-  values.erase(Unset);
-  largest = values.empty() ? -1 : *values.rbegin();
-  return int(values.size());
-}
-
-// Each numbering table holds every number of its range once.
-TEST(IndexTablesTest, NumberTheirRangeWithoutGaps) {
-  const IndexTables& t = indexTables();
-  int largest = 0;
-  EXPECT_EQ(distinctSetValues(t.kingPairIndex, largest), KingPairCount);
-  EXPECT_EQ(largest, KingPairCount - 1);
-  EXPECT_EQ(distinctSetValues(t.pairIndex, largest), PairCount);
-  EXPECT_EQ(distinctSetValues(t.pawnPairIndex, largest), PawnPairCount);
-  EXPECT_EQ(largest, PawnPairCount - 1);
-  EXPECT_EQ(distinctSetValues(t.pawnPair48, largest), PawnPair48Count);
-  EXPECT_EQ(distinctSetValues(t.pawnTriple48, largest), PawnTripleCount);
-  EXPECT_EQ(largest, PawnTripleCount - 1);
-}
-
-TEST(IndexTablesTest, BlackKingOnTheDiagonalLetsTheWhiteKingDecide) {
-  const IndexTables& t = indexTables();
-  EXPECT_EQ(t.flipTable[C3][A5], FlipDiagonal);
-  EXPECT_EQ(t.flipTable[C3][E1], 0);
-  EXPECT_EQ(t.flipTable[63 - C3][63 - A5], FlipFiles | FlipRanks | FlipDiagonal);
-  for (int n = 0; n < KingPairCount; ++n)
-    EXPECT_EQ(t.flipTable[t.blackKingOf[n]][t.whiteKingOf[n]], 0) << "canonical pairs stay put, pair " << n;
-}
+constexpr TableSquare E1 = 4, A5 = 32;
 
 // A random placement of an endgame's men on distinct squares, pawns on ranks 2 to 7 and kings
 // apart, in the order of its name.

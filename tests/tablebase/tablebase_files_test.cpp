@@ -12,11 +12,6 @@ namespace {
 
 using testing::Bytes;
 
-TEST(OpenFileLimitTest, KeepsFiveFilesInHandWithinFourToThirtyTwo) {
-  for (auto [files, limit] : {std::pair{20, 15}, {0, 4}, {9, 4}, {10, 5}, {37, 32}, {38, 32}})
-    EXPECT_EQ(openFileLimitFor(files), limit) << files;
-}
-
 // Table files of the stored scheme, whose blocks read back as written.
 class TableFilesTest : public ::testing::Test {
  protected:
