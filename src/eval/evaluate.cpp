@@ -24,7 +24,7 @@ template <Color Us, class Book>
 ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
                       const Occupancy& occupancy, Book& book) {
   ScorePair pair = unpack(pieceTerms<Us>(board, info, occupancy, book)) +
-                   unpack(passedPawnScore<Us>(board, material, info, book));
+                   unpack(passedPawnScore<Us>(board, material, info, occupancy, book));
   return pair + unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[Us ^ 1], book));
 }
 

@@ -50,11 +50,10 @@ PackedScore kingSafety(const PawnInfo& info, Square88 kingSquare, std::uint32_t 
   ScorePair total = scaled(holeWeight, holes);
   const int heavy = std::min(2u, signature::field(enemySignature, signature::RookShift) +
                                      signature::field(enemySignature, signature::QueenShift));
-  const int file = fileOf(kingSquare);
-  auto open = [&](int f) { return (info.openFiles >> f & 1) != 0; };
-  if (open(file)) total += scaled(openKingFileWeight, heavy);
-  if (file > 0 && open(file - 1)) total += scaled(openNeighbourFileWeight, heavy);
-  if (file < 7 && open(file + 1)) total += scaled(openNeighbourFileWeight, heavy);
+  // Bit 0 is the lower file, bit 1 the king's, bit 2 the higher; off the board is never open.
+  const unsigned open = (unsigned(info.openFiles) << 1) >> fileOf(kingSquare);
+  total += scaled(openKingFileWeight, heavy * int(open >> 1 & 1));
+  total += scaled(openNeighbourFileWeight, heavy * int((open & 1) + (open >> 2 & 1)));
   book.add(EvalTerm::KingSafety, Us, total);
   return pack(total);
 }

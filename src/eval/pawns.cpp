@@ -30,6 +30,14 @@ int nearestAhead(SquareSet set) {
   return Us == White ? std::countr_zero(set) : 63 - std::countl_zero(set);
 }
 
+// The squares ahead of a pawn on its own file, up to the last rank; every man there slows it.
+template <Color Us>
+SquareSet pathToPromotion(int s) {
+  constexpr SquareSet FileA = 0x0101010101010101;
+  const SquareSet file = FileA << (s & 7);
+  return Us == White ? file & ~SquareSet(0) << (s + 1) : file & ((SquareSet(1) << s) - 1);
+}
+
 // The squares from which an enemy pawn would capture on one of the set, which lies on one file.
 template <Color Us>
 SquareSet enemyPawnAttackers(SquareSet set, int file) {
@@ -141,28 +149,24 @@ PackedScore pawnStructure(const PawnInfo& info, Book& book) {
 }
 
 template <Color Us, class Book>
-PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info, Book& book) {
+PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
+                            const Occupancy& occupancy, Book& book) {
   constexpr Color Them = Us ^ 1;
-  constexpr int forward = Us == White ? 16 : -16;
   constexpr int promotionRank = Us == White ? 7 : 0;
   const Square88 enemyKing = board.kingSquare(Them);
   // A single enemy piece beside pawns is the one case in which the king race decides.
   const bool loneEnemyPiece = material.pawns(Them) + 1 == material.menBesideKing(Them);
   ScorePair total;
   for (SquareSet set = info.passed[Us]; set; set &= set - 1) {
-    const Square88 s = toSquare88(Square64(std::countr_zero(set)));
-    const int rank = relativeRank(Us, s);
-    int n = rank == 1 ? 5 : 7 - rank;  // the double step saves a move
-    bool blocked = false;
-    for (int t = s + forward; onBoard(t); t += forward) {
-      if (board.pieceOn[t] == NoPiece) continue;
-      ++n;
-      if (board.colorOn[t] == Them) blocked = true;
-    }
+    const int s = std::countr_zero(set);
+    const int rank = Us == White ? s >> 3 : 7 - (s >> 3);
+    const SquareSet path = pathToPromotion<Us>(s);
+    const int n = (rank == 1 ? 5 : 7 - rank) + countSquares(path & occupancy.all);  // the double step saves a move
+    const bool blocked = (path & occupancy.men(Them)) != 0;
     const int divisor = blocked ? 4 : 1;
     total += ScorePair{std::int16_t(passedBonus[n].mg / divisor), std::int16_t(passedBonus[n].eg / divisor)};
     if (blocked || !loneEnemyPiece) continue;
-    const int fileDistance = std::abs(fileOf(s) - fileOf(enemyKing));
+    const int fileDistance = std::abs((s & 7) - fileOf(enemyKing));
     const int rankDistance = std::abs(promotionRank - rankOf(enemyKing));
     const int kingDistance = std::max(fileDistance, rankDistance) - (board.sideToMove == Them ? 1 : 0);
     if (kingDistance > n) total += unstoppableBonus[n];
@@ -175,9 +179,13 @@ template PackedScore evaluatePawns(PawnInfo&, const Board_0x88&, PawnHashTable&,
 template PackedScore evaluatePawns(PawnInfo&, const Board_0x88&, PawnHashTable&, EvalReport&);
 template PackedScore pawnStructure<White>(const PawnInfo&, NoBook&);
 template PackedScore pawnStructure<Black>(const PawnInfo&, NoBook&);
-template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, NoBook&);
-template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, NoBook&);
-template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, EvalReport&);
-template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, EvalReport&);
+template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
+                                             NoBook&);
+template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
+                                             NoBook&);
+template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
+                                             EvalReport&);
+template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
+                                             EvalReport&);
 
 }  // namespace torvy

@@ -6,6 +6,7 @@
 #include "board/board.h"
 #include "eval/eval_term.h"
 #include "eval/material.h"
+#include "eval/occupancy.h"
 #include "eval/packed_score.h"
 #include "eval/pawn_hash.h"
 #include "eval/pawn_masks.h"
@@ -32,6 +33,7 @@ template <Color Us, class Book>
 PackedScore pawnStructure(const PawnInfo& info, Book& book);
 
 template <Color Us, class Book>
-PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info, Book& book);
+PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
+                            const Occupancy& occupancy, Book& book);
 
 }  // namespace torvy
