@@ -99,13 +99,18 @@ constexpr PieceType ownSlotType[8] = {King, Queen, Rook, Rook, Bishop, Bishop, K
 constexpr int SharedSlotsBegin = 8;
 constexpr int SlotCount = 16;
 
+// Returns how many of the slots hold a man.
 template <Color Us, class Book, std::size_t... Slot>
-void scoreOwnSlots(const Surroundings& around, ScoreSum& total, Book& book, std::index_sequence<Slot...>) {
+int scoreOwnSlots(const Surroundings& around, ScoreSum& total, Book& book, std::index_sequence<Slot...>) {
+  int men = 0;
   auto scoreSlot = [&]<std::size_t I>() {
     const Square88 s = around.board.pieceList[Us][I];
-    if (onBoard(s)) total += scoreMan<ownSlotType[I], Us>(around, s, book);
+    if (!onBoard(s)) return;
+    total += scoreMan<ownSlotType[I], Us>(around, s, book);
+    ++men;
   };
   (scoreSlot.template operator()<Slot>(), ...);
+  return men;
 }
 
 // Slots 8 to 15: pawns, whose tropism is counted apart, and pieces beyond their own slots.
@@ -133,8 +138,9 @@ PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occu
   book.add(EvalTerm::KingTropism, Us, pawns);
   ScoreSum total;
   total += pawns;
-  scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
-  scoreSharedSlots<Us>(around, total, book);
+  const int ownSlotMen = scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
+  // Only a promotion puts a piece among the pawns' slots, which is rare enough to count first.
+  if (ownSlotMen < board.totalCount(Us) - board.pieceCount[Us][Pawn]) scoreSharedSlots<Us>(around, total, book);
   return total.packed();
 }
 
