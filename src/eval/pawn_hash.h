@@ -58,11 +58,23 @@ static_assert(sizeof(PawnHashEntry) == 32, "two entries to a cache line");
 
 class PawnHashTable : public HashTable<PawnHashEntry, 1> {
  public:
-  // Shared by all threads. A plain load and store, not a locked increment: two threads that
-  // count at once may lose one count, which a statistic can afford, and a probe stays cheap.
-  std::atomic<std::uint64_t> hits{0};
+  // Shared by all threads, which add their hits in batches: a write to the shared line at every
+  // hit made the cores fight over it. So the count lags by less than a batch per thread, and
+  // a thread that has counted for one table should flush before it counts for another.
+  alignas(64) std::atomic<std::uint64_t> hits{0};
 
-  void countHit() { hits.store(hits.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed); }
+  void countHit() {
+    if (++pendingHits_ == HitBatch) flushHits();
+  }
+  // Adds the calling thread's pending hits to the shared counter.
+  void flushHits() {
+    hits.fetch_add(pendingHits_, std::memory_order_relaxed);
+    pendingHits_ = 0;
+  }
+
+ private:
+  static constexpr std::uint64_t HitBatch = 1024;
+  static inline thread_local std::uint64_t pendingHits_ = 0;
 };
 
 }  // namespace torvy

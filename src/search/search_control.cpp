@@ -134,6 +134,7 @@ void ChessPlayer::printAnalysisLine(unsigned depth, int score, const PvLine& lin
 }
 
 void ChessPlayer::printSearchStats() {
+  pawnHash.flushHits();  // this thread's; the helpers' hits lag by less than a batch each
   if (!post) return;
   std::uint64_t t[9] = {};
   for (const auto& thread : threads) {
