@@ -41,10 +41,14 @@ void ChessPlayer::syncThreads(bool force) {
 void ChessPlayer::startSearch() {
   createMissingTables();
   syncThreads(false);
+  // All threads are busy before any runs: else thread 0 could finish at once, pass over a
+  // helper that is still idle and publish its move, and that helper would then search alone,
+  // with nobody to stop it, on a game board that changes under it.
   for (auto& thread : threads) {
     thread->searcher.clearFlags();
-    thread->start();
+    thread->request();
   }
+  for (auto& thread : threads) thread->launch();
 }
 
 void ChessPlayer::stopSearch() {

@@ -11,12 +11,13 @@ void Thread::wake() {
   condition.notify_all();
 }
 
-void Thread::start() {
-  {
-    std::lock_guard<std::mutex> lock(mutex);
-    state.store(ThreadWorking, std::memory_order_release);
-    condition.notify_all();
-  }
+void Thread::request() {
+  std::lock_guard<std::mutex> lock(mutex);
+  state.store(ThreadWorking, std::memory_order_release);
+}
+
+void Thread::launch() {
+  wake();
   if (!thread.joinable()) thread = std::thread([this] { run(); });
 }
 

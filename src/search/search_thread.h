@@ -23,8 +23,10 @@ class Thread {
   Thread& operator=(const Thread&) = delete;
   virtual ~Thread();
 
-  // Starts the native thread on first use, then hands it the job.
-  void start();
+  // Marks the job as asked for: from here on the thread counts as busy.
+  void request();
+  // Wakes the thread to run the job asked for, starting the native thread on first use.
+  void launch();
   // Returns once the thread is idle.
   void waitUntilIdle();
   // Waits for the running job, then lets the thread end.
