@@ -92,8 +92,10 @@ int main() {
 
   const double moves = fastest(board, games, [] {});
   replay(board, games, evaluateHere);
+  pawnHash.flushHits();
   pawnHash.hits = 0;
   const double warm = fastest(board, games, evaluateHere);
+  pawnHash.flushHits();
   const double hitShare = double(pawnHash.hits) / double(positions * Rounds);
   const double emptying = fastest(board, games, emptySlot);
   const double cold = fastest(board, games, [&] {
