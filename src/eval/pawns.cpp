@@ -22,6 +22,8 @@ constexpr ScorePair unstoppableBonus[12] = {{0, 0},  {193, 420}, {143, 339}, {95
                                             {-9, 55}, {0, 0},     {0, 0},     {0, 0},   {0, 0},    {0, 0}};
 
 constexpr int PawnSlotsBegin = 8;
+constexpr SquareSet FileA = 0x0101010101010101;
+constexpr SquareSet FileH = FileA << 7;
 constexpr int SlotCount = 16;
 
 // The nearest of a non-empty set in the direction in which Us advances.
@@ -33,7 +35,6 @@ int nearestAhead(SquareSet set) {
 // The squares ahead of a pawn on its own file, up to the last rank; every man there slows it.
 template <Color Us>
 SquareSet pathToPromotion(int s) {
-  constexpr SquareSet FileA = 0x0101010101010101;
   const SquareSet file = FileA << (s & 7);
   return Us == White ? file & ~SquareSet(0) << (s + 1) : file & ((SquareSet(1) << s) - 1);
 }
@@ -66,8 +67,6 @@ void collectPawns(PawnInfo& info, const Board_0x88& board) {
 // spread backwards from Us's side and sideways, which is passedMask seen from the other end.
 template <Color Us>
 SquareSet passedPawns(const PawnInfo& info) {
-  constexpr SquareSet FileA = 0x0101010101010101;
-  constexpr SquareSet FileH = FileA << 7;
   SquareSet span = info.pawns[Us ^ 1];
   if constexpr (Us == White) {
     span >>= 8;
@@ -161,7 +160,8 @@ PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& materia
     const int s = std::countr_zero(set);
     const int rank = Us == White ? s >> 3 : 7 - (s >> 3);
     const SquareSet path = pathToPromotion<Us>(s);
-    const int n = (rank == 1 ? 5 : 7 - rank) + countSquares(path & occupancy.all);  // the double step saves a move
+    // The double step saves a move; every man on the way costs one.
+    const int n = (rank == 1 ? 5 : 7 - rank) + countSquares(path & occupancy.all);
     const bool blocked = (path & occupancy.men(Them)) != 0;
     const int divisor = blocked ? 4 : 1;
     total += ScorePair{std::int16_t(passedBonus[n].mg / divisor), std::int16_t(passedBonus[n].eg / divisor)};
