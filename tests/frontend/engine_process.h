@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "scratch_folder.h"
+
 namespace torvy::testing {
 
 struct EngineOutput {
@@ -36,13 +38,11 @@ struct ScriptStep {
 
 namespace detail {
 
-// An empty folder of our own, so that no configuration or book file nearby changes the engine.
-inline const std::string& quietDirectory() {
-  static const std::string path = [] {
-    char name[] = "/tmp/torvy-test-XXXXXX";
-    return std::string(mkdtemp(name) ? name : "/");
-  }();
-  return path;
+// An empty folder of our own, so that no configuration or book file nearby changes the engine;
+// one for the whole test program, removed when it ends.
+inline std::string quietDirectory() {
+  static const ScratchFolder folder;
+  return folder.path();
 }
 
 inline std::vector<std::string> splitLines(const std::string& text) {
@@ -76,13 +76,15 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
   int output[2];
   if (pipe(input) != 0 || pipe(output) != 0) return result;
   signal(SIGPIPE, SIG_IGN);  // an engine that ends early must not take the test with it
+  // Chosen before the fork: a folder made in the child would be neither shared nor removed.
+  const std::string folder = directory.empty() ? detail::quietDirectory() : directory;
   const pid_t child = fork();
   if (child < 0) return result;
   if (child == 0) {
     dup2(input[0], STDIN_FILENO);
     dup2(output[1], STDOUT_FILENO);
     for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
-    if (chdir((directory.empty() ? detail::quietDirectory() : directory).c_str()) != 0) _exit(126);
+    if (chdir(folder.c_str()) != 0) _exit(126);
     std::vector<char*> argv{const_cast<char*>(TORVY_BINARY)};
     for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
     argv.push_back(nullptr);
