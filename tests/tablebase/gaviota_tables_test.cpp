@@ -85,7 +85,6 @@ TEST_F(InstalledTableProbeTest, AnswersForEitherColourArrangementAndBareKings) {
            // The same position with colours and ranks swapped has no table of its own.
            Case{BlackToMove, {"kb3", "qg8", "Ka1"}, {true, ResultBlackMates, 1}},
            Case{WhiteToMove, {"Qg1", "ka8", "Kb6"}, {true, ResultWhiteMates, 1}},  // men in any order
-           Case{BlackToMove, {"Kc6", "Bc5", "ka8"}, {true, ResultDraw, 0}},
            Case{WhiteToMove, {"Kc6", "Qc8", "ka8"}, {true, ResultForbidden, 0}},
            Case{WhiteToMove, {"Ke1", "ke3"}, {true, ResultDraw, 0}},  // bare kings need no table
            Case{BlackToMove, {"Ke1", "kd2"}, {true, ResultForbidden, 0}},

