@@ -59,13 +59,6 @@ TEST_F(BookWiring, ABookMoveComesAtOnceBeforeAnySearch) {
   EXPECT_EQ(play("new\ngo\n", {"-cores", "2"}).bookMove(), "e2e4");
 }
 
-TEST_F(BookWiring, TheRealBookOpensTheGameWithoutThinking) {
-  const std::filesystem::path path = testing::realBookPath();
-  if (!std::filesystem::exists(path)) GTEST_SKIP() << "no real book at " << path;
-  std::filesystem::copy_file(path, folder.file("book.bin"), std::filesystem::copy_options::overwrite_existing);
-  EXPECT_EQ(play("new\nlevel 40 5 0\ngo\n").bookMove().size(), 4u) << "the engine thought before it moved";
-}
-
 // Switched off, missing, damaged or without a legal move for the position, the book leaves the
 // game to the search.
 TEST_F(BookWiring, OtherwiseTheSearchPlays) {
