@@ -99,7 +99,8 @@ TEST_F(InstalledTableProbeTest, AnswersForEitherColourArrangementAndBareKings) {
 }
 
 // Threads that probe at once, through a cache too small for the endgames they visit, must get
-// what one thread alone gets.
+// what one thread alone gets. The win/draw/loss cache, filled from each distance block read,
+// answers many of the probes and must agree with the distances.
 TEST_F(InstalledTableProbeTest, ConcurrentProbesAgreeWithSerialOnes) {
   tables.cache().initCache(2 * TablebaseCache::DtmBlockBytes, 64);
   std::vector<TablebaseProbe> probes;

@@ -119,19 +119,5 @@ TEST_F(TablebaseCacheTest, FailedReadsLeaveNoBlockAndDisturbNothing) {
   run({{Soft, WhiteToMove, 3, true, "krk"}});
 }
 
-TEST_F(TablebaseCacheTest, WinDrawLossCacheIsFilledFromTheDistanceBlock) {
-  cache.initCache(MB, 64);
-  const int kqk = findEndgame("kqk");
-  unsigned code = 9;
-  EXPECT_FALSE(cache.getWdl(kqk, WhiteToMove, 77, false, code));
-  EXPECT_TRUE(cache.getWdl(kqk, BlackToMove, 16384, true, code));
-  for (std::uint32_t index = 16384; index < 29568; ++index) {
-    ASSERT_TRUE(cache.getWdl(kqk, BlackToMove, index, false, code));
-    ASSERT_EQ(code, dtmCode(expected(BlackToMove, index)) & 3) << index;
-  }
-  EXPECT_EQ(cache.wdlCache().statistics.hits, 29568u - 16384u);
-  EXPECT_EQ(cache.wdlCache().usedBlocks(), 1u);
-}
-
 }  // namespace
 }  // namespace torvy
