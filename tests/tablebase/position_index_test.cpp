@@ -4,25 +4,55 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <random>
 #include <set>
+#include <string>
 
 namespace torvy {
 namespace {
 
-constexpr TableSquare E1 = 4, A5 = 32;
+TEST(EndgameTableTest, HoldsEachEndgameOnceInOneColourArrangement) {
+  std::array<int, 6> byMen{};
+  for (const Endgame& endgame : Endgames) {
+    ++byMen[endgame.name.size()];
+    EXPECT_EQ(findEndgame(endgame.name), &endgame - Endgames.data()) << endgame.name << " listed twice";
+    const std::size_t blackKing = endgame.name.find('k', 1);
+    const std::string swapped =
+        std::string(endgame.name.substr(blackKing)) + std::string(endgame.name.substr(0, blackKing));
+    EXPECT_TRUE(swapped == endgame.name || findEndgame(swapped) == -1) << endgame.name << " and " << swapped;
+  }
+  EXPECT_EQ(byMen, (std::array<int, 6>{0, 0, 0, 5, 30, 110}));
+  for (const char* unknown : {"kqqqkq", "", "kk"}) EXPECT_EQ(findEndgame(unknown), -1) << unknown;
+}
 
-// A random placement of an endgame's men on distinct squares, pawns on ranks 2 to 7 and kings
-// apart, in the order of its name.
+// One endgame of each shape and the shape's pattern: like pieces share a letter only within a
+// side, and Black's letters continue after White's.
+TEST(EndgameTableTest, ShapesFollowTheMen) {
+  const std::pair<std::string_view, std::string_view> cases[] = {
+      {"kqk", "kak"},     {"kpk", "kpk"},     {"kqkq", "kakb"},   {"kqrk", "kabk"},   {"kbbk", "kaak"},
+      {"kqkp", "kakp"},   {"knpk", "kapk"},   {"kppk", "kppk"},   {"kpkp", "kpkp"},   {"knnnk", "kaaak"},
+      {"kqqrk", "kaabk"}, {"kqrrk", "kabbk"}, {"kqqkq", "kaakb"}, {"kqrbk", "kabck"}, {"krbkb", "kabkc"},
+      {"kqqpk", "kaapk"}, {"kbbkp", "kaakp"}, {"kqrpk", "kabpk"}, {"kbpkb", "kapkb"}, {"krnkp", "kabkp"},
+      {"knppk", "kappk"}, {"kppkn", "kppka"}, {"kqpkp", "kapkp"}, {"kppkp", "kppkp"}, {"kpppk", "kpppk"},
+  };
+  for (const auto& [name, pattern] : cases) {
+    const int id = findEndgame(name);
+    ASSERT_GE(id, 0) << name;
+    EXPECT_EQ(Shapes[std::size_t(Endgames[id].shape)].pattern, pattern) << name;
+  }
+}
+
+// A placement of an endgame's men in the order of its name.
 struct Placement {
   std::array<TableSquare, 5> white{};
   std::array<TableSquare, 5> black{};
   int whiteCount = 0;
   int blackCount = 0;
 
-  std::uint32_t index(EndgameShape shape, bool& exists) const {
+  std::optional<std::uint32_t> index(EndgameShape shape) const {
     std::uint32_t result = 0;
-    exists = positionToIndex(shape, white.data(), black.data(), result);
+    if (!positionToIndex(shape, white.data(), black.data(), result)) return std::nullopt;
     return result;
   }
 
@@ -32,20 +62,29 @@ struct Placement {
     for (int i = 0; i < blackCount; ++i) copy.black[i] = flipSquare(black[i], flips);
     return copy;
   }
+
+  bool uses(TableSquare square) const {
+    return std::count(white.begin(), white.begin() + whiteCount, square) ||
+           std::count(black.begin(), black.begin() + blackCount, square);
+  }
 };
 
+// A free square for a man: pawns stand on ranks 2 to 7.
+TableSquare freeSquare(const Placement& p, char man, std::mt19937& random) {
+  TableSquare square;
+  do square = TableSquare(random() % 64);
+  while (p.uses(square) || (man == 'p' && (square < 8 || square >= 56)));
+  return square;
+}
+
+// A random placement with the kings apart.
 Placement randomPlacement(std::string_view name, std::mt19937& random) {
   for (;;) {
     Placement p;
-    std::set<TableSquare> used;
-    bool white = true;
+    const std::size_t blackKing = name.find('k', 1);
     for (std::size_t i = 0; i < name.size(); ++i) {
-      if (i > 0 && name[i] == 'k') white = false;
-      TableSquare square;
-      do square = TableSquare(random() % 64);
-      while (used.count(square) || (name[i] == 'p' && (square < 8 || square >= 56)));
-      used.insert(square);
-      (white ? p.white[p.whiteCount++] : p.black[p.blackCount++]) = square;
+      const TableSquare square = freeSquare(p, name[i], random);
+      (i < blackKing ? p.white[p.whiteCount++] : p.black[p.blackCount++]) = square;
     }
     const int files = int(p.white[0] % 8) - int(p.black[0] % 8);
     const int ranks = int(p.white[0] / 8) - int(p.black[0] / 8);
@@ -63,22 +102,15 @@ bool pawnsMirrorEachOther(std::string_view name, const Placement& p) {
   return (p.white[first] ^ 7) == p.white[first + 1];
 }
 
-// Moving one man gives another index, unless a symmetry that leaves both kings in place could
-// turn the one placement into the other.
+// Moving the last man gives another index, unless a symmetry that leaves both kings in place
+// could turn the one placement into the other.
 void expectMovedManChangesTheIndex(const Endgame& endgame, Placement p, std::uint32_t index, std::mt19937& random) {
   for (int symmetry = 1; symmetry < 8; ++symmetry)
     if (flipSquare(p.white[0], symmetry) == p.white[0] && flipSquare(p.black[0], symmetry) == p.black[0]) return;
-  const bool blackMan = p.blackCount > 1;
-  TableSquare& man = blackMan ? p.black[p.blackCount - 1] : p.white[p.whiteCount - 1];
-  const bool pawn = (blackMan ? endgame.name.back() : endgame.name[std::size_t(p.whiteCount - 1)]) == 'p';
-  const std::set<TableSquare> used(p.white.begin(), p.white.begin() + p.whiteCount);
-  TableSquare to;
-  do to = TableSquare(random() % 64);
-  while (used.count(to) || std::count(p.black.begin(), p.black.begin() + p.blackCount, to) ||
-         (pawn && (to < 8 || to >= 56)));
-  man = to;
-  bool exists = false;
-  EXPECT_NE(p.index(endgame.shape, exists), index) << endgame.name << " man moved to " << to;
+  TableSquare& man = p.blackCount > 1 ? p.black[p.blackCount - 1] : p.white[p.whiteCount - 1];
+  const char letter = p.blackCount > 1 ? endgame.name.back() : endgame.name[std::size_t(p.whiteCount - 1)];
+  man = freeSquare(p, letter, random);
+  EXPECT_NE(p.index(endgame.shape), index) << endgame.name << " man moved to " << man;
 }
 
 // Symmetric positions share an index: the mirror for pawn endgames, all eight symmetries without
@@ -89,27 +121,22 @@ TEST(PositionIndexTest, StaysBelowMaxIndexRespectsSymmetryAndTellsPositionsApart
     const bool pawns = endgame.name.find('p') != std::string_view::npos;
     for (int trial = 0; trial < 300; ++trial) {
       const Placement p = randomPlacement(endgame.name, random);
-      bool exists = false;
-      const std::uint32_t index = p.index(endgame.shape, exists);
-      ASSERT_TRUE(exists) << endgame.name;
-      ASSERT_LT(index, endgame.maxIndex) << endgame.name;
-      expectMovedManChangesTheIndex(endgame, p, index, random);
+      const std::optional<std::uint32_t> index = p.index(endgame.shape);
+      ASSERT_TRUE(index) << endgame.name;
+      ASSERT_LT(*index, endgame.maxIndex) << endgame.name;
+      expectMovedManChangesTheIndex(endgame, p, *index, random);
 
-      const IndexTables& t = indexTables();
-      const int flips = t.flipTable[p.black[0]][p.white[0]];
+      const int flips = indexTables().flipTable[p.black[0]][p.white[0]];
       if (!pawns && onLongDiagonal(flipSquare(p.black[0], flips)) && onLongDiagonal(flipSquare(p.white[0], flips)))
         continue;
       if (pawnsMirrorEachOther(endgame.name, p)) continue;
-      for (int symmetry = 1; symmetry < (pawns ? 2 : 8); ++symmetry) {
-        bool mirroredExists = false;
-        EXPECT_EQ(p.transformed(symmetry).index(endgame.shape, mirroredExists), index)
-            << endgame.name << " symmetry " << symmetry;
-      }
+      for (int symmetry = 1; symmetry < (pawns ? 2 : 8); ++symmetry)
+        EXPECT_EQ(p.transformed(symmetry).index(endgame.shape), index) << endgame.name << " symmetry " << symmetry;
     }
   }
 }
 
-TEST(PositionIndexTest, LikeMenAreInterchangeableAndMayNotShareASquare) {
+TEST(PositionIndexTest, LikeMenAreInterchangeableAndMenStandOnlyWhereTheyCan) {
   std::mt19937 random(7);
   for (const char* name : {"kqqk", "kqqqk", "kqrrk", "kppk", "kqppk", "kpppk", "kppkq", "kppkp", "kbbkp"}) {
     const Endgame& endgame = Endgames[findEndgame(name)];
@@ -117,19 +144,14 @@ TEST(PositionIndexTest, LikeMenAreInterchangeableAndMayNotShareASquare) {
     while (name[first] != name[first + 1]) ++first;
     for (int trial = 0; trial < 200; ++trial) {
       Placement p = randomPlacement(name, random);
-      bool exists = false;
-      const std::uint32_t index = p.index(endgame.shape, exists);
+      const std::optional<std::uint32_t> index = p.index(endgame.shape);
       std::swap(p.white[first], p.white[first + 1]);
-      bool swappedExists = false;
-      EXPECT_EQ(p.index(endgame.shape, swappedExists), index) << name;
+      EXPECT_EQ(p.index(endgame.shape), index) << name;
       p.white[first] = p.white[first + 1];
-      EXPECT_FALSE((p.index(endgame.shape, swappedExists), swappedExists)) << name << " with two men on one square";
+      EXPECT_FALSE(p.index(endgame.shape)) << name << " with two men on one square";
     }
   }
-}
-
-TEST(PositionIndexTest, PawnOffItsRanksHasNoIndex) {
-  const TableSquare white[] = {E1, 60}, black[] = {A5};
+  const TableSquare white[] = {4, 60}, black[] = {32};  // a pawn on e8
   std::uint32_t index = 0;
   EXPECT_FALSE(positionToIndex(EndgameShape::Kpk, white, black, index));
 }

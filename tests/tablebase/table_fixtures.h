@@ -46,23 +46,42 @@ inline Bytes tableFile(const std::vector<Bytes>& blocks) {
   return file;
 }
 
-// The blocks of a table in the stored scheme, which read back as written: byteOf(side, index)
-// for every position of the endgame, White's blocks first.
+// A block of values in the stored scheme, which reads back as written, or in the run-length
+// scheme as runs of at most 252 (a count of 253 would read as a literal 253); both behind the
+// block's skipped first byte.
+inline Bytes encodedBlock(CompressionScheme scheme, const Bytes& values) {
+  Bytes block{0};
+  if (scheme == CompressionScheme::Stored) {
+    block.insert(block.end(), values.begin(), values.end());
+    return block;
+  }
+  for (std::size_t i = 0; i < values.size();) {
+    std::size_t run = 1;
+    while (i + run < values.size() && run < 252 && values[i + run] == values[i]) ++run;
+    block.insert(block.end(), {253, std::uint8_t(run), values[i]});
+    i += run;
+  }
+  return block;
+}
+
+// The blocks of a table that holds byteOf(side, index) for every position of the endgame,
+// White's blocks first.
 template <class ByteOf>
-std::vector<Bytes> storedBlocks(std::string_view endgame, ByteOf byteOf) {
+std::vector<Bytes> tableBlocks(std::string_view endgame, CompressionScheme scheme, ByteOf byteOf) {
   const std::uint32_t maxIndex = Endgames[findEndgame(endgame)].maxIndex;
   std::vector<Bytes> blocks;
   for (int side = 0; side < 2; ++side)
     for (std::uint32_t base = 0; base < maxIndex; base += ValuesPerBlock) {
-      Bytes block{0};
-      for (std::uint32_t i = base; i < base + valuesInBlock(base, maxIndex); ++i) block.push_back(byteOf(side, i));
-      blocks.push_back(block);
+      Bytes values;
+      for (std::uint32_t i = base; i < base + valuesInBlock(base, maxIndex); ++i) values.push_back(byteOf(side, i));
+      blocks.push_back(encodedBlock(scheme, values));
     }
   return blocks;
 }
 
-inline void writeStoredTable(const std::string& folder, std::string_view endgame, const std::vector<Bytes>& blocks) {
-  writeFile(tablebaseFileName(folder, endgame, CompressionScheme::Stored).data(), tableFile(blocks));
+inline void writeTable(const std::string& folder, std::string_view endgame, CompressionScheme scheme,
+                       const std::vector<Bytes>& blocks) {
+  writeFile(tablebaseFileName(folder, endgame, scheme).data(), tableFile(blocks));
 }
 
 }  // namespace torvy::testing

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "board/movegen.h"
+#include "board/board_helpers.h"
 #include "tablebase/table_fixtures.h"
 #include "tablebase/tablebase_state.h"
 
@@ -21,14 +21,8 @@ int throughReply(int reply) {
   return 0;
 }
 
-template <Color Us>
-int probe(const TablebaseState& tables, const Board_0x88& board, bool& ok) {
-  int value = 0;
-  ok = tables.probeHard<Us>(board, value);
-  return value;
-}
-
-// What the moves of the position say its value must be; ok is false when a reply has no value.
+// What the moves of the position say its value must be: mated or stalemated without moves, else
+// the best reply's value; ok is false when a reply has no value.
 template <Color Us>
 int valueByMoves(const TablebaseState& tables, Board_0x88& board, bool& ok) {
   MoveList moves;
@@ -42,7 +36,9 @@ int valueByMoves(const TablebaseState& tables, Board_0x88& board, bool& ok) {
   for (std::uint32_t i = 0; i < moves.count && ok; ++i) {
     UndoRecord undo;
     board.makeMove<Us>(moves[i], undo);
-    best = std::max(best, throughReply(probe<Us ^ 1>(tables, board, ok)));
+    int reply = 0;
+    ok = tables.probeHard<Us ^ 1>(board, reply);
+    best = std::max(best, throughReply(reply));
     board.unmakeMove<Us>(moves[i], undo);
   }
   return best;
@@ -65,26 +61,27 @@ class TablebaseRulesTest : public testing::InstalledTablesTest {
     for (int wk = 0; wk < 64; ++wk)
       for (int bk = 0; bk < 64; ++bk)
         for (int sq = 0; sq < 64; ++sq) {
-          if (wk == bk || wk == sq || bk == sq) continue;
-          if (man == Pawn && (sq < 8 || sq >= 56)) continue;
+          if (wk == bk || wk == sq || bk == sq || (man == Pawn && (sq < 8 || sq >= 56))) continue;
           for (Color side : {White, Black}) {
             board->clear();
             board->addPiece(toSquare88(Square64(wk)), King, White);
             board->addPiece(toSquare88(Square64(bk)), King, Black);
             board->addPiece(toSquare88(Square64(sq)), man, White);
             board->sideToMove = side;
-            CheckInfo check;
-            const bool opponentInCheck = side == White ? isKingAttacked<Black>(*board, check)
-                                                       : isKingAttacked<White>(*board, check);
-            if (opponentInCheck) continue;  // no position of a game; the tables call it forbidden
-            bool probed = false;
-            bool replied = false;
-            const int stored = side == White ? probe<White>(tables, *board, probed) : probe<Black>(tables, *board, probed);
-            const int derived = side == White ? valueByMoves<White>(tables, *board, replied)
-                                              : valueByMoves<Black>(tables, *board, replied);
-            ASSERT_TRUE(probed && replied) << "no value for wk " << wk << " bk " << bk << " man " << sq;
-            ASSERT_EQ(stored, derived) << "wk " << wk << " bk " << bk << " man " << sq << " side " << int(side);
-            ++checked;
+            testing::forSide(side, [&](auto us) {
+              constexpr Color Us = us();
+              // With the opponent in check it is no position of a game; the tables call it forbidden.
+              CheckInfo check;
+              if (isKingAttacked<Us ^ 1>(*board, check)) return;
+              int stored = 0;
+              bool replied = false;
+              const bool probed = tables.probeHard<Us>(*board, stored);
+              const int derived = valueByMoves<Us>(tables, *board, replied);
+              ASSERT_TRUE(probed && replied) << "no value for wk " << wk << " bk " << bk << " man " << sq;
+              ASSERT_EQ(stored, derived) << "wk " << wk << " bk " << bk << " man " << sq << " side " << int(side);
+              ++checked;
+            });
+            if (HasFatalFailure()) return;
           }
         }
     EXPECT_GT(checked, 300000);

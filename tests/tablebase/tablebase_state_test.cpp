@@ -6,25 +6,32 @@
 #include <string>
 
 #include "board/fen.h"
+#include "tablebase/dtm_value.h"
 #include "tablebase/table_fixtures.h"
 
 namespace torvy {
 namespace {
 
-TEST(TablebaseScoreTest, MatesBecomeMateScoresForTheSideToMove) {
-  struct Case {
+// The real 3-man tables show White's short mates; these are Black's, the long distances, the
+// score of a side that is mated, and the code that has no score.
+TEST(TablebaseValueTest, StoredBytesDecodeAndBecomeScoresForTheSideToMove) {
+  struct Byte {
+    std::uint8_t byte;
     Color side;
-    unsigned code, plies;
-    bool ok;
-    int value;
+    unsigned code;
+    unsigned plies;
   };
-  for (const Case& c : {Case{White, ResultWhiteMates, 9, true, 31991}, Case{Black, ResultWhiteMates, 9, true, -31991},
-                        Case{Black, ResultBlackMates, 0, true, 32000}, Case{White, ResultDraw, 0, true, 0},
-                        Case{White, ResultForbidden, 0, false, 0}, Case{White, 7, 0, false, 0}}) {
-    int value = 0;
-    EXPECT_EQ(tablebaseScore(c.side, c.code, c.plies, value), c.ok) << c.code;
-    EXPECT_EQ(value, c.value) << c.code << " for " << int(c.side);
+  for (const Byte& b : {Byte{4 * 5 + 2, White, ResultBlackMates, 10}, Byte{4 * 5 + 2, Black, ResultBlackMates, 11},
+                        // Past 126 plies the unused combinations take over, and 252 breaks the rule once.
+                        Byte{4, White, ResultWhiteMates, 129}, Byte{7, Black, ResultWhiteMates, 128},
+                        Byte{252, White, ResultWhiteMates, 253}, Byte{252, Black, ResultWhiteMates, 254}}) {
+    EXPECT_EQ(dtmCode(StoredByteValues[b.side][b.byte]), b.code) << int(b.byte) << " side " << int(b.side);
+    EXPECT_EQ(dtmPlies(StoredByteValues[b.side][b.byte]), b.plies) << int(b.byte) << " side " << int(b.side);
   }
+  int value = 0;
+  EXPECT_TRUE(tablebaseScore(White, ResultBlackMates, 9, value));
+  EXPECT_EQ(value, -31991);
+  EXPECT_FALSE(tablebaseScore(Black, ResultForbidden, 0, value));
 }
 
 Board_0x88 boardOf(const char* fen) {
@@ -33,27 +40,17 @@ Board_0x88 boardOf(const char* fen) {
   return board;
 }
 
-TEST(ProbeRecordTest, ListsTheMenAndRecodesCastlingAndEnPassant) {
-  const Board_0x88 board = boardOf("4k3/8/8/3pP3/8/8/8/R3K2R w KQ d6 0 1");
-  const TablebaseProbe probe = probeRecordOf(board, White);
-  EXPECT_EQ(probe.sideToMove, 0u);
+TEST(TablebaseValueTest, ProbeRecordListsTheMenAndRecodesCastlingAndEnPassant) {
+  const TablebaseProbe probe = probeRecordOf(boardOf("4k3/8/8/3pP3/8/8/8/R3K2R w KQ d6 0 1"), White);
   EXPECT_EQ(probe.epSquare, 43u);
   EXPECT_EQ(probe.castling, ProbeWhiteKingSide | ProbeWhiteQueenSide);
-  EXPECT_EQ(probe.whitePieces[0], King);
-  EXPECT_EQ(probe.whiteSquares[0], 4u);
-  EXPECT_EQ(probe.whiteSquares[4], NoTableSquare);
+  EXPECT_EQ(std::multiset(probe.whiteSquares.begin(), probe.whiteSquares.begin() + 5),
+            (std::multiset<std::uint32_t>{0, 4, 7, 36, NoTableSquare}));
   EXPECT_EQ(probe.whitePieces[4], 0);
   EXPECT_EQ(probe.blackSquares[2], NoTableSquare);
-  std::multiset<std::uint32_t> whiteMen(probe.whiteSquares.begin(), probe.whiteSquares.begin() + 4);
-  EXPECT_EQ(whiteMen, (std::multiset<std::uint32_t>{0, 4, 7, 36}));
-
-  EXPECT_EQ(probeRecordOf(boardOf("4k2r/8/8/8/8/8/8/4K3 b k - 0 1"), Black).castling, ProbeBlackKingSide);
-  EXPECT_EQ(probeRecordOf(boardOf("r3k3/8/8/8/8/8/8/4K3 b q - 0 1"), Black).castling, ProbeBlackQueenSide);
-  EXPECT_EQ(probeRecordOf(boardOf("4k3/8/8/8/8/8/8/4K3 w - - 0 1"), White).epSquare, NoTableSquare);
+  EXPECT_EQ(probeRecordOf(boardOf("r3k2r/8/8/8/8/8/8/4K3 b k - 0 1"), Black).castling, ProbeBlackKingSide);
+  EXPECT_EQ(probeRecordOf(boardOf("r3k2r/8/8/8/8/8/8/4K3 b q - 0 1"), Black).castling, ProbeBlackQueenSide);
 }
-
-constexpr const char* QueenMatesInOne = "k7/8/1K6/8/8/8/8/6Q1 w - - 0 1";
-constexpr const char* QueenMatesInOneAsBlack = "6q1/8/8/8/8/1k6/8/K7 b - - 0 1";
 
 class TablebaseStateTest : public testing::InstalledTablesTest {
  protected:
@@ -63,33 +60,29 @@ class TablebaseStateTest : public testing::InstalledTablesTest {
   TablebaseState state;
 };
 
+// Only "gaviota" sets the tables up; the folders are searched in order, and each set-up starts
+// with an empty cache.
 TEST_F(TablebaseStateTest, AnswersOnlyOnceSetUpForGaviota) {
+  const Board_0x88 queenMates = boardOf("k7/8/1K6/8/8/8/8/6Q1 w - - 0 1");
   int value = 7;
-  EXPECT_FALSE(state.probeHard<White>(boardOf(QueenMatesInOne), value));
+  EXPECT_FALSE(state.probeHard<White>(queenMates, value));
   state.setup("nalimov", tables, 16);
   EXPECT_FALSE(state.initialised);
   EXPECT_TRUE(state.paths.empty());
-  EXPECT_FALSE(state.probeHard<White>(boardOf(QueenMatesInOne), value));
+  EXPECT_FALSE(state.probeHard<White>(queenMates, value));
   EXPECT_EQ(value, 7);
-  state.setup("gaviota", tables, 0);
-  ASSERT_TRUE(state.initialised);
-  EXPECT_TRUE(state.probeHard<White>(boardOf(QueenMatesInOne), value));
-  EXPECT_EQ(value, 31999);
-  EXPECT_TRUE(state.probeHard<Black>(boardOf(QueenMatesInOneAsBlack), value)) << "Black's queen: colours swapped";
-  EXPECT_EQ(value, 31999);
-}
 
-TEST_F(TablebaseStateTest, SearchesTheFoldersInOrderAndStartsEmptyEachTime) {
   state.setup("gaviota", "/nowhere;" + tables, 1);
+  ASSERT_TRUE(state.initialised);
   EXPECT_EQ(state.paths, (PathList{"/nowhere", tables}));
-  const Board_0x88 board = boardOf(QueenMatesInOne);
-  int value = 0;
-  EXPECT_FALSE(state.probeSoft<White>(board, value));
-  EXPECT_TRUE(state.probeHard<White>(board, value));
-  EXPECT_TRUE(state.probeSoft<White>(board, value));
+  EXPECT_FALSE(state.probeSoft<White>(queenMates, value));
+  EXPECT_TRUE(state.probeHard<White>(queenMates, value));
+  EXPECT_EQ(value, 31999);
+  EXPECT_TRUE(state.probeSoft<White>(queenMates, value));
+  EXPECT_TRUE(state.probeHard<Black>(boardOf("6q1/8/8/8/8/1k6/8/K7 b - - 0 1"), value)) << "colours swapped";
+  EXPECT_EQ(value, 31999);
   state.setup("gaviota", "/nowhere;" + tables, 1);
-  EXPECT_FALSE(state.probeSoft<White>(board, value)) << "setting the same path again empties the cache";
-  EXPECT_TRUE(state.probeHard<White>(board, value));
+  EXPECT_FALSE(state.probeSoft<White>(queenMates, value)) << "setting the same path again empties the cache";
 }
 
 }  // namespace

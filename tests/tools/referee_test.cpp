@@ -5,10 +5,10 @@
 #include <sys/wait.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
+
+#include "scratch_folder.h"
 
 namespace torvy {
 namespace {
@@ -39,18 +39,10 @@ struct RefereeRun {
 
 class RefereeTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    char name[] = "/tmp/torvy-referee-test-XXXXXX";
-    ASSERT_NE(mkdtemp(name), nullptr);
-    dir_ = name;
-  }
-  void TearDown() override { fs::remove_all(dir_); }
-
   std::string write(const std::string& file, const std::string& text, bool executable = false) {
-    const fs::path path = dir_ / file;
-    std::ofstream(path) << text;
-    if (executable) chmod(path.c_str(), 0755);
-    return path.string();
+    folder_.write(file, text);
+    if (executable) chmod(folder_.file(file).c_str(), 0755);
+    return folder_.file(file);
   }
 
   // One game from the opening, engine A White; times in seconds.
@@ -60,7 +52,7 @@ class RefereeTest : public ::testing::Test {
     EXPECT_TRUE(fs::exists(referee)) << referee;
     const std::string command = referee.string() + " --games 1 --openings " + write("openings.txt", opening + "\n") +
                                 " --engine " + write("white.sh", white, true) + " --engine2 " +
-                                write("black.sh", black, true) + " --dir " + dir_.string() + " " + clock + " 2>&1";
+                                write("black.sh", black, true) + " --dir " + folder_.path() + " " + clock + " 2>&1";
     RefereeRun run;
     FILE* pipe = popen(command.c_str(), "r");
     char buffer[4096];
@@ -70,7 +62,7 @@ class RefereeTest : public ::testing::Test {
     return run;
   }
 
-  fs::path dir_;
+  testing::ScratchFolder folder_;
 };
 
 bool has(const RefereeRun& run, const std::string& text) { return run.output.find(text) != std::string::npos; }
