@@ -94,7 +94,8 @@ GaviotaTables::Outcome GaviotaTables::locate(Position& position, Located& locate
   if (white.count == 1 && black.count == 1 && white.pieces[0] == KingCode && black.pieces[0] == KingCode) {
     const IndexTables& tables = indexTables();
     const int flips = tables.flipTable[black.squares[0]][white.squares[0]];
-    const bool legal = tables.kingPairIndex[flipSquare(black.squares[0], flips)][flipSquare(white.squares[0], flips)] != Unset;
+    const TableSquare blackKing = flipSquare(black.squares[0], flips);
+    const bool legal = tables.kingPairIndex[blackKing][flipSquare(white.squares[0], flips)] != Unset;
     bareKings = dtmValue(0, legal ? ResultDraw : ResultForbidden);
     return Outcome::BareKings;
   }

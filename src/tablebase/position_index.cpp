@@ -1,5 +1,6 @@
 #include "tablebase/position_index.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace torvy {
@@ -45,7 +46,7 @@ constexpr int p24(int q) { return (q + (q & 3)) >> 1; }
 // Of two pawns the anchor is the more advanced one, then the one nearer the edge, then the lower.
 constexpr bool firstIsAnchor(TableSquare a, TableSquare b) {
   if (rankOfSquare(b) != rankOfSquare(a)) return rankOfSquare(b) < rankOfSquare(a);
-  const auto edgeness = [](TableSquare s) { return fileOfSquare(s) > 7 - fileOfSquare(s) ? fileOfSquare(s) : 7 - fileOfSquare(s); };
+  const auto edgeness = [](TableSquare s) { return std::max(fileOfSquare(s), 7 - fileOfSquare(s)); };
   if (edgeness(a) != edgeness(b)) return edgeness(a) > edgeness(b);
   return a < b;
 }
