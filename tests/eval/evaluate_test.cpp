@@ -44,11 +44,38 @@ TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
   }
 }
 
-TEST_F(EvaluateTest, NoMatingMaterialOnEitherSideIsZero) {
-  const char* fens[] = {"8/8/8/4k3/8/8/8/4K3 w - - 0 1", "8/8/8/4k3/8/8/8/4KN2 w - - 0 1",
-                        "8/8/8/4k3/8/8/8/4KB2 b - - 0 1", "8/8/8/4k3/8/8/8/1N2K1N1 w - - 0 1",
-                        "8/8/8/4k1b1/8/8/8/4KN2 w - - 0 1"};
-  for (const char* fen : fens) EXPECT_EQ(score(fen), 0) << fen;
+TEST_F(EvaluateTest, MaterialAdjustmentsBishopPairAndPhaseCap) {
+  struct Case {
+    const char* fen;
+    int mg, eg;
+  };
+  const Case cases[] = {
+      // Six own pawns: each knight gains 7 / 6.
+      {"4k3/pppppp2/8/8/8/8/PPPPPP2/1N2K1N1 w - - 0 1", 2 * 424 + 14, 2 * 376 + 12},
+      // No own pawns: a rook gains 75 / 60.
+      {"8/8/8/8/3k4/8/8/K6R w - - 0 1", 621 + 75, 594 + 60},
+      // Three bishops get one pair bonus.
+      {"4k3/8/8/8/8/8/8/1BB1KB2 w - - 0 1", 3 * 402 + 42, 3 * 403 + 69},
+      {"1bb1kb2/8/8/8/8/8/8/4K3 w - - 0 1", -(3 * 402 + 42), -(3 * 403 + 69)},
+  };
+  for (const Case& c : cases) {
+    const MaterialInfo m = computeMaterial(setUp(c.fen));
+    EXPECT_EQ(m.materialMg, c.mg) << c.fen;
+    EXPECT_EQ(m.materialEg, c.eg) << c.fen;
+  }
+  // A third rook in place of a pawn makes 25 phase points, held at 24.
+  EXPECT_EQ(computeMaterial(setUp("rnbqkbnr/pppppppp/8/8/8/8/RPPPPPPP/RNBQKBNR w - - 0 1")).phase, 24u);
+}
+
+// No mating material on either side, or only on the side that cannot win: a knight ahead of a
+// pawn still scores 0; behind against a pawn that runs, it keeps its negative score.
+TEST_F(EvaluateTest, SideThatCannotWinNeverScoresAboveZero) {
+  for (const char* fen : {"8/8/8/4k3/8/8/8/4K3 w - - 0 1", "8/8/8/4k3/8/8/8/4KN2 w - - 0 1",
+                          "8/8/8/4k3/8/8/8/4KB2 b - - 0 1", "8/8/8/4k3/8/8/8/1N2K1N1 w - - 0 1",
+                          "8/8/8/4k1b1/8/8/8/4KN2 w - - 0 1", "8/p7/8/8/3N4/8/8/4K2k w - - 0 1",
+                          "8/p7/8/8/3N4/8/8/4K2k b - - 0 1"})
+    EXPECT_EQ(score(fen), 0) << fen;
+  EXPECT_LT(score("N7/8/8/8/8/8/p7/4K2k w - - 0 1"), 0);
 }
 
 TEST_F(EvaluateTest, FiftyMoveScale) {
@@ -67,14 +94,6 @@ TEST_F(EvaluateTest, FiftyMoveScale) {
   EXPECT_EQ(atClock(50, 5000), 82 * 75 / 100);
 }
 
-TEST_F(EvaluateTest, SideThatCannotWinNeverScoresAboveZero) {
-  // A knight against a pawn: ahead in material, the knight's side still scores 0.
-  EXPECT_EQ(score("8/p7/8/8/3N4/8/8/4K2k w - - 0 1"), 0);
-  EXPECT_EQ(score("8/p7/8/8/3N4/8/8/4K2k b - - 0 1"), 0);
-  // Behind against a pawn that runs, it keeps its negative score.
-  EXPECT_LT(score("N7/8/8/8/8/8/p7/4K2k w - - 0 1"), 0);
-}
-
 TEST_F(EvaluateTest, LazyExitComparesWithTheBaseScore) {
   // Symmetric pawns and no pieces: phase 0 and a base score of 0.
   const char* fen = "4k3/pppppppp/8/8/8/8/PPPPPPPP/4K3 w - - 0 1";
@@ -84,11 +103,6 @@ TEST_F(EvaluateTest, LazyExitComparesWithTheBaseScore) {
   EXPECT_EQ(score(fen, 199, 32000), 0);
   EXPECT_EQ(score(fen, -32000, -199), 0);
   EXPECT_EQ(pawnHash.cluster(board.pawnKey())->isEmpty(), false);
-}
-
-TEST_F(EvaluateTest, SideToMoveIsWorthThePhase) {
-  EXPECT_EQ(score("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b - - 0 1"), 24);
-  EXPECT_EQ(score("4k3/pppp4/8/8/8/8/4PPPP/R3K3 w - - 0 1") + score("4k3/pppp4/8/8/8/8/4PPPP/R3K3 b - - 0 1"), 4);
 }
 
 // Over random games: the colour-mirrored twin scores the same for its side to move, a narrow
