@@ -16,15 +16,10 @@
 namespace torvy {
 namespace {
 
-struct Reference {
-  const char* fen;
-  int score;
-};
-
 class EvaluateTest : public EvalFixture {};
 
 TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
-  const Reference references[] = {
+  const std::pair<const char*, int> references[] = {
       {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1", 24},
       {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - - 0 1", -127},
       {"r1bq1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R1BQ1RK1 w - - 0 1", 82},
@@ -37,10 +32,10 @@ TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
       {"8/5k2/8/8/3R4/2K5/5b2/8 w - - 0 1", 201},
       {"4k3/8/8/8/8/8/4P3/4K3 b - - 99 1", -1},
   };
-  for (const Reference& r : references) {
+  for (const auto& [fen, value] : references) {
     // A cold and then a warm pawn hash must agree.
-    EXPECT_EQ(score(r.fen), r.score) << r.fen;
-    EXPECT_EQ(score(r.fen), r.score) << r.fen << " (pawn hash hit)";
+    EXPECT_EQ(score(fen), value) << fen;
+    EXPECT_EQ(score(fen), value) << fen << " (pawn hash hit)";
   }
 }
 

@@ -1,4 +1,4 @@
-// The front end's state and clock commands, driven in-process through dispatch.
+// The clock commands, the full record, the engine move and the draw offers, driven in-process.
 #include "frontend/wb_engine.h"
 
 #include <gtest/gtest.h>
