@@ -67,10 +67,10 @@ TEST(ProtocolSearch, ShortGameOnAClock) {
   EXPECT_EQ(out.back(), "1-0 {White wins by checkmate}");
 }
 
-// "usermove", "undo", a refused "setboard" and "new" each start the analysis again; it ends
-// cleanly with "exit" or with the input, and never gives a move.
+// In analysis, even from force mode, "usermove", "undo", a refused "setboard" and "new" each
+// start the analysis again; it ends cleanly with "exit" or with the input, and gives no move.
 TEST(ProtocolSearch, AnalysisRestartsAfterEachChangeAndEndsWithTheInput) {
-  const auto run = runEngineScripted({{"xboard\nanalyze\n", 0, "1 "},
+  const auto run = runEngineScripted({{"xboard\nforce\nanalyze\n", 0, "1 "},
                                       {"usermove e2e4\n", 0, "1 "},
                                       {"undo\n", 0, "1 "},
                                       {"setboard 8/8/8 w - - 0 1\n", 0, "1 "},
