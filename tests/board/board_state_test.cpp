@@ -44,7 +44,8 @@ class RandomPieceSquare {
     std::mt19937 random(7);
     for (auto& colour : pieceSquare)
       for (auto& piece : colour)
-        for (ScorePair& p : piece) p = ScorePair{std::int16_t(random() % 200 - 100), std::int16_t(random() % 200 - 100)};
+        for (ScorePair& p : piece)
+          p = ScorePair{std::int16_t(random() % 200 - 100), std::int16_t(random() % 200 - 100)};
   }
   ~RandomPieceSquare() { std::memcpy(pieceSquare, saved_, sizeof saved_); }
 
@@ -91,25 +92,17 @@ TEST(BoardState, EveryMakeUnmakePairRestoresEveryFieldAndKeysFollowTheMoves) {
         });
       }
       UndoRecord undo;
+      board->makeNullMove(undo);
+      EXPECT_EQ(board->halfmoveClock, 0);
+      EXPECT_EQ(board->epSquare, NoSquare);
+      EXPECT_EQ(board->key(), board->computeKey());
+      board->unmakeNullMove(undo);
+      expectSamePosition(*board, *before);
       const Move chosen = list[random() % list.count];
       forSide(board->sideToMove, [&](auto us) { board->makeMove<us()>(chosen, undo); });
       if (board->historyIndex > 1000) break;
     }
   }
-}
-
-TEST(BoardState, NullMoveResetsTheClockAndUnmakeRestoresIt) {
-  auto board = boardFrom("4k3/8/8/3pP3/8/8/8/4K3 w - d6 7 30");
-  auto before = std::make_unique<Board_0x88>();
-  *before = *board;
-  UndoRecord undo;
-  board->makeNullMove(undo);
-  EXPECT_EQ(board->halfmoveClock, 0);
-  EXPECT_EQ(board->sideToMove, Black);
-  EXPECT_EQ(board->epSquare, NoSquare);
-  EXPECT_EQ(board->key(), board->computeKey());
-  board->unmakeNullMove(undo);
-  expectSamePosition(*board, *before);
 }
 
 // Moves that change the rights, the en passant square or the clock lead to the position their

@@ -50,23 +50,6 @@ TEST(MoveGeneration, FullListDropsTheRest) {
   EXPECT_EQ(list.count, 255u);
 }
 
-TEST(Attacks, AttackerOrderAndBlocking) {
-  auto board = boardFrom("4k3/8/8/8/3q4/8/3R4/3K4 w - - 0 1");
-  CheckInfo info;
-  EXPECT_TRUE(isAttacked<Black>(*board, 0x23, info));
-  EXPECT_EQ(info.square, 0x33);
-  auto kings = boardFrom("8/8/8/8/8/3k4/8/3K4 w - - 0 1");
-  info = {};
-  EXPECT_TRUE(isAttacked<Black>(*kings, 0x13, info)) << "a king next to the square attacks it";
-  auto pawnPush = boardFrom("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
-  info = {};
-  EXPECT_FALSE(isAttacked<White>(*pawnPush, 0x24, info));
-  auto queenInFront = boardFrom("4k3/8/8/8/8/8/3Q4/3RK3 w - - 0 1");
-  info = {};
-  EXPECT_TRUE(isAttacked<White>(*queenInFront, 0x33, info));
-  EXPECT_EQ(info.square, 0x13);
-}
-
 // Direct, discovered, by promotion, and where a walk from the king cannot see it: castling
 // (the rook), en passant (the captured pawn opens the rank), promotion on the square it takes.
 TEST(Attacks, GivesCheck) {
@@ -106,20 +89,18 @@ TEST(Attacks, PseudoLegalityOfStoredMoves) {
   EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(0x14, 0x34, true)));
 }
 
+// A piece's step or its line with nothing in between, a pawn's push or its capture of a man.
 TEST(Attacks, StoredMovesMustFitThePieceThatMakesThem) {
   auto board = boardFrom("4k3/8/8/8/8/2p5/1P6/R3K1NB w - - 0 1");
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, sq::h8))) << "not a rook's line";
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, 0x71))) << "not a line at all";
-  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, sq::a8)));
-  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::h1, sq::a8)));
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::a1, sq::f1))) << "the king stands between";
-  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::g1, 0x25)));
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::g1, 0x26)));
-  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x22))) << "pawn takes on c3";
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x20))) << "nothing to take on a3";
-  EXPECT_TRUE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x31, true)));
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(0x11, 0x21, true)));
-  EXPECT_FALSE(movesLikeItsPiece<White>(*board, makeNormalMove(sq::e1, 0x24)));
+  const std::pair<Move, bool> cases[] = {
+      {makeNormalMove(sq::a1, sq::a8), true},   {makeNormalMove(sq::a1, sq::h8), false},
+      {makeNormalMove(sq::a1, 0x71), false},    {makeNormalMove(sq::a1, sq::f1), false},
+      {makeNormalMove(sq::h1, sq::a8), true},   {makeNormalMove(sq::g1, 0x25), true},
+      {makeNormalMove(sq::g1, 0x26), false},    {makeNormalMove(0x11, 0x22), true},
+      {makeNormalMove(0x11, 0x20), false},      {makeNormalMove(0x11, 0x31, true), true},
+      {makeNormalMove(0x11, 0x21, true), false}, {makeNormalMove(sq::e1, 0x24), false},
+  };
+  for (const auto& [move, fits] : cases) EXPECT_EQ(movesLikeItsPiece<White>(*board, move), fits) << moveToText(move);
 }
 
 }  // namespace

@@ -40,15 +40,12 @@ TEST_F(EndgameTest, FourManDrawScale) {
   EXPECT_EQ(score("8/1k6/8/P7/8/8/8/2B1K3 w - - 0 1"), 0);
 }
 
-TEST_F(EndgameTest, WeakKingIsDrivenToTheRim) {
-  // King and rook against the bare king: 3 * 64 for a centre square, nothing on the rim.
-  const ScorePair centre = terms("8/8/8/8/4k3/8/8/R5K1 w - - 0 1").term(EvalTerm::KingEdgeDistance, White);
-  EXPECT_EQ(centre, (ScorePair{192, 192}));
-  const ScorePair rim = terms("8/8/8/8/8/8/8/k5KR w - - 0 1").term(EvalTerm::KingEdgeDistance, White);
-  EXPECT_EQ(rim, (ScorePair{0, 0}));
-  // Bishop and knight: the light bishop's safe corners are a1 and h8, and the kings stand
-  // equally far from a1 and a8, so only the corner term tells the two apart.
+// The weak king is safe in the corners that the bishop cannot reach: a1 and h8 for a light
+// bishop, a8 and h1 for a dark one. The white king stands as far from a1 as from a8, so only the
+// corner term tells a black king on a8 from one on a1.
+TEST_F(EndgameTest, BishopAndKnightDriveTheKingAwayFromItsSafeCorners) {
   EXPECT_EQ(score("k7/8/8/8/4K3/8/8/3B2N1 w - - 0 1") - score("8/8/8/8/4K3/8/8/k2B2N1 w - - 0 1"), 112);
+  EXPECT_EQ(score("k7/8/8/8/4K3/8/8/2B3N1 w - - 0 1") - score("8/8/8/8/4K3/8/8/k1B3N1 w - - 0 1"), -112);
 }
 
 TEST_F(EndgameTest, MarginOfTheStrongSide) {

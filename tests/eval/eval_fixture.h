@@ -16,6 +16,11 @@
 
 namespace torvy {
 
+struct TermCase {
+  const char* fen;
+  ScorePair white;  // the term as the report books it for White
+};
+
 class EvalFixture : public ::testing::Test {
  protected:
   EvalFixture() {
@@ -27,7 +32,26 @@ class EvalFixture : public ::testing::Test {
   // Also takes positions that setFromFen refuses, such as both kings in check: the evaluation
   // defines a value for them all the same.
   const Board_0x88& setUp(const char* fen) {
-    if (!setFromFen(board, fen)) placeMen(fen);
+    if (setFromFen(board, fen)) return board;
+    board.clear();
+    std::istringstream fields(fen);
+    std::string placement, side, castling, enPassant;
+    int clock = 0;
+    fields >> placement >> side >> castling >> enPassant >> clock;
+    int square = makeSquare(0, 7);
+    for (char c : placement) {
+      if (c == '/')
+        square -= 16 + 8;  // from behind the h-file to the a-file of the rank below
+      else if (std::isdigit(c))
+        square += c - '0';
+      else
+        EXPECT_TRUE(board.addPiece(Square88(square++), PieceType(std::string(PieceLetters).find(char(std::tolower(c)))),
+                                   std::isupper(c) ? White : Black)) << fen;
+    }
+    board.sideToMove = side == "b" ? Black : White;
+    board.halfmoveClock = std::uint8_t(clock);
+    board.history[0].key = board.computeKey();
+    board.history[0].pawnKey = board.computePawnKey();
     return board;
   }
 
@@ -42,6 +66,10 @@ class EvalFixture : public ::testing::Test {
     EvalReport report;
     evaluateWith(board, pawnHash, -32000, 32000, report);
     return report;
+  }
+
+  void expectWhiteTerm(EvalTerm term, const TermCase& c) {
+    EXPECT_EQ(terms(c.fen).term(term, White), c.white) << c.fen;
   }
 
   // Plays games of random legal moves from the start position and shows each position to visit.
@@ -79,32 +107,6 @@ class EvalFixture : public ::testing::Test {
 
   Board_0x88 board;
   PawnHashTable pawnHash;
-
- private:
-  void placeMen(const char* fen) {
-    board.clear();
-    std::istringstream fields(fen);
-    std::string placement, side, castling, enPassant;
-    int clock = 0;
-    fields >> placement >> side >> castling >> enPassant >> clock;
-    int file = 0, rank = 7;
-    for (char c : placement) {
-      if (c == '/') {
-        file = 0;
-        --rank;
-      } else if (c >= '1' && c <= '8') {
-        file += c - '0';
-      } else {
-        const Color color = std::isupper(c) ? White : Black;
-        const PieceType type = PieceType(std::string(PieceLetters).find(char(std::tolower(c))));
-        ASSERT_TRUE(board.addPiece(makeSquare(file++, rank), type, color)) << fen;
-      }
-    }
-    board.sideToMove = side == "b" ? Black : White;
-    board.halfmoveClock = std::uint8_t(clock);
-    board.history[0].key = board.computeKey();
-    board.history[0].pawnKey = board.computePawnKey();
-  }
 };
 
 }  // namespace torvy

@@ -16,15 +16,10 @@
 namespace torvy {
 namespace {
 
-struct Reference {
-  const char* fen;
-  int score;
-};
-
 class EvaluateTest : public EvalFixture {};
 
 TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
-  const Reference references[] = {
+  const std::pair<const char*, int> references[] = {
       {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1", 24},
       {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - - 0 1", -127},
       {"r1bq1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R1BQ1RK1 w - - 0 1", 82},
@@ -37,18 +32,42 @@ TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
       {"8/5k2/8/8/3R4/2K5/5b2/8 w - - 0 1", 201},
       {"4k3/8/8/8/8/8/4P3/4K3 b - - 99 1", -1},
   };
-  for (const Reference& r : references) {
+  for (const auto& [fen, value] : references) {
     // A cold and then a warm pawn hash must agree.
-    EXPECT_EQ(score(r.fen), r.score) << r.fen;
-    EXPECT_EQ(score(r.fen), r.score) << r.fen << " (pawn hash hit)";
+    EXPECT_EQ(score(fen), value) << fen;
+    EXPECT_EQ(score(fen), value) << fen << " (pawn hash hit)";
   }
 }
 
-TEST_F(EvaluateTest, NoMatingMaterialOnEitherSideIsZero) {
-  const char* fens[] = {"8/8/8/4k3/8/8/8/4K3 w - - 0 1", "8/8/8/4k3/8/8/8/4KN2 w - - 0 1",
-                        "8/8/8/4k3/8/8/8/4KB2 b - - 0 1", "8/8/8/4k3/8/8/8/1N2K1N1 w - - 0 1",
-                        "8/8/8/4k1b1/8/8/8/4KN2 w - - 0 1"};
-  for (const char* fen : fens) EXPECT_EQ(score(fen), 0) << fen;
+TEST_F(EvaluateTest, MaterialAdjustmentsBishopPairAndPhaseCap) {
+  struct Case {
+    const char* fen;
+    int mg, eg;
+  };
+  const Case cases[] = {
+      // Six own pawns: each knight gains 7 / 6.
+      {"4k3/pppppp2/8/8/8/8/PPPPPP2/1N2K1N1 w - - 0 1", 2 * 424 + 14, 2 * 376 + 12},
+      // Three bishops get one pair bonus.
+      {"4k3/8/8/8/8/8/8/1BB1KB2 w - - 0 1", 3 * 402 + 42, 3 * 403 + 69},
+  };
+  for (const Case& c : cases) {
+    const MaterialInfo m = computeMaterial(setUp(c.fen));
+    EXPECT_EQ(m.materialMg, c.mg) << c.fen;
+    EXPECT_EQ(m.materialEg, c.eg) << c.fen;
+  }
+  // A third rook in place of a pawn makes 25 phase points, held at 24.
+  EXPECT_EQ(computeMaterial(setUp("rnbqkbnr/pppppppp/8/8/8/8/RPPPPPPP/RNBQKBNR w - - 0 1")).phase, 24u);
+}
+
+// No mating material on either side, or only on the side that cannot win: a knight ahead of a
+// pawn still scores 0; behind against a pawn that runs, it keeps its negative score.
+TEST_F(EvaluateTest, SideThatCannotWinNeverScoresAboveZero) {
+  for (const char* fen : {"8/8/8/4k3/8/8/8/4K3 w - - 0 1", "8/8/8/4k3/8/8/8/4KN2 w - - 0 1",
+                          "8/8/8/4k3/8/8/8/4KB2 b - - 0 1", "8/8/8/4k3/8/8/8/1N2K1N1 w - - 0 1",
+                          "8/8/8/4k1b1/8/8/8/4KN2 w - - 0 1", "8/p7/8/8/3N4/8/8/4K2k w - - 0 1",
+                          "8/p7/8/8/3N4/8/8/4K2k b - - 0 1"})
+    EXPECT_EQ(score(fen), 0) << fen;
+  EXPECT_LT(score("N7/8/8/8/8/8/p7/4K2k w - - 0 1"), 0);
 }
 
 TEST_F(EvaluateTest, FiftyMoveScale) {
@@ -67,14 +86,6 @@ TEST_F(EvaluateTest, FiftyMoveScale) {
   EXPECT_EQ(atClock(50, 5000), 82 * 75 / 100);
 }
 
-TEST_F(EvaluateTest, SideThatCannotWinNeverScoresAboveZero) {
-  // A knight against a pawn: ahead in material, the knight's side still scores 0.
-  EXPECT_EQ(score("8/p7/8/8/3N4/8/8/4K2k w - - 0 1"), 0);
-  EXPECT_EQ(score("8/p7/8/8/3N4/8/8/4K2k b - - 0 1"), 0);
-  // Behind against a pawn that runs, it keeps its negative score.
-  EXPECT_LT(score("N7/8/8/8/8/8/p7/4K2k w - - 0 1"), 0);
-}
-
 TEST_F(EvaluateTest, LazyExitComparesWithTheBaseScore) {
   // Symmetric pawns and no pieces: phase 0 and a base score of 0.
   const char* fen = "4k3/pppppppp/8/8/8/8/PPPPPPPP/4K3 w - - 0 1";
@@ -84,11 +95,6 @@ TEST_F(EvaluateTest, LazyExitComparesWithTheBaseScore) {
   EXPECT_EQ(score(fen, 199, 32000), 0);
   EXPECT_EQ(score(fen, -32000, -199), 0);
   EXPECT_EQ(pawnHash.cluster(board.pawnKey())->isEmpty(), false);
-}
-
-TEST_F(EvaluateTest, SideToMoveIsWorthThePhase) {
-  EXPECT_EQ(score("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR b - - 0 1"), 24);
-  EXPECT_EQ(score("4k3/pppp4/8/8/8/8/4PPPP/R3K3 w - - 0 1") + score("4k3/pppp4/8/8/8/8/4PPPP/R3K3 b - - 0 1"), 4);
 }
 
 // Over random games: the colour-mirrored twin scores the same for its side to move, a narrow

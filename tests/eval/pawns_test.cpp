@@ -7,19 +7,7 @@
 namespace torvy {
 namespace {
 
-struct TermCase {
-  const char* fen;
-  ScorePair white;
-};
-
-class PawnsTest : public EvalFixture {
- protected:
-  void expectWhiteTerm(EvalTerm term, const TermCase& c) {
-    const ScorePair booked = terms(c.fen).term(term, White);
-    EXPECT_EQ(booked.mg, c.white.mg) << c.fen;
-    EXPECT_EQ(booked.eg, c.white.eg) << c.fen;
-  }
-};
+using PawnsTest = EvalFixture;
 
 TEST_F(PawnsTest, IsolatedDoubledAndBackwardPawns) {
   const TermCase cases[] = {

@@ -48,105 +48,44 @@ TEST(ConfigurationLine, SkipsOrSplitsIntoKeyAndValue) {
   }
 }
 
-class ConfigurationApply : public ::testing::Test {
- protected:
-  void apply(const char* key, const char* value) { applyConfigurationLine({key, value}, player, out); }
-
-  SearchClock clock;
-  std::ostringstream out;
-  ChessPlayer player{clock, out};
-};
-
-TEST_F(ConfigurationApply, SizesAreStoredInRangeAndWarnedAboutOutside) {
-  apply("TTHashSizeMB", "64");  // unknown and miscased keys are ignored
-  apply("nosuch", "1");
-  apply("", "1");
-  EXPECT_EQ(player.ttHashSizeMB, 256u);
-  apply("ttHashSizeMB", "2048");
-  apply("pawnHashSizeMB", "1");
-  apply("gtbCacheSizeMB", "0");
-  EXPECT_EQ(out.str(), "");
-  EXPECT_EQ(player.ttHashSizeMB, 2048u);
-  EXPECT_EQ(player.pawnHashSizeMB, 1u);
-  EXPECT_EQ(player.gtbCacheSizeMB, 0u);
-  EXPECT_FALSE(player.ttHash.exists());  // tables come with the first game, not from the file
-
-  apply("ttHashSizeMB", "2049");
-  apply("pawnHashSizeMB", "x");
-  apply("gtbCacheSizeMB", "-1");
-  apply("gtbCacheSizeMB", "257");
-  EXPECT_EQ(out.str(),
-            "# WARNING: ttHashSizeMB = 2049 out of range in ini file (min = 1, max = 2048)\n"
-            "# WARNING: pawnHashSizeMB = x out of range in ini file (min = 1, max = 2048)\n"
-            "# WARNING: gtbCacheSizeMB = -1 out of range in ini file (min = 0, max = 256)\n"
-            "# WARNING: gtbCacheSizeMB = 257 out of range in ini file (min = 0, max = 256)\n");
-  EXPECT_EQ(player.ttHashSizeMB, 2048u);
-  EXPECT_EQ(player.pawnHashSizeMB, 1u);
-  EXPECT_EQ(player.gtbCacheSizeMB, 0u);
-}
-
-TEST_F(ConfigurationApply, CoresHaveAMinimumOnlyAndAreCappedByTheHardware) {
-  apply("numberOfCores", "0");
-  EXPECT_EQ(out.str(), "# WARNING: numberOfCores = 0 out of range in ini file (min = 1)\n");
-  EXPECT_EQ(player.cores, 1u);
-  out.str("");
-  apply("numberOfCores", "100000");
-  EXPECT_EQ(out.str(), cores(player.maxCores, 100000, player.maxCores) + "\n");
-  EXPECT_EQ(player.cores, player.maxCores);
-}
-
-// The copy is the one the protocol's options use; their test shows the cut to 255 characters.
-TEST_F(ConfigurationApply, PathsAreCopiedAsTheyStand) {
-  apply("gtbPath", "C:/my tb");
-  apply("bookFilePath", "\"abc");
-  EXPECT_STREQ(player.gtbPath, "C:/my tb");
-  EXPECT_STREQ(player.bookFilePath, "\"abc");
-  EXPECT_FALSE(player.tablebases.initialised);  // the file alone sets no tablebase up
-  EXPECT_EQ(out.str(), "");
-}
-
-TEST(ConfigurationFile, EveryLineIsReadAndALaterLineWins) {
+// The file is read while the engine is built: its lines come before the banner, the command
+// line comes after it, and a later line wins. Unknown and miscased keys are ignored; a value out
+// of range is warned about and changes nothing; a number of cores has a minimum only and is
+// capped by the hardware. The first game and the features show the values from the file, and
+// the file alone sets no tablebase up. Line ends may be CR LF, and the last line needs none.
+TEST(ProtocolConfiguration, EveryKeyWithItsRangeIsReadBeforeTheBanner) {
   testing::ScratchFolder folder;
   folder.write("torvy.ini",
                "# sizes\r\n"
                "ttHashSizeMB = 16   \r\n"
-               "pawnHashSizeMB=4000\n"
+               "TTHashSizeMB=64\nnosuch=1\n=1\n"
+               "numberOfCores=100000\nnumberOfCores=0\nnumberOfCores=1\n"
+               "ttHashSizeMB=2048\nttHashSizeMB=2049\npawnHashSizeMB=1\npawnHashSizeMB=x\n"
+               "gtbCacheSizeMB=0\ngtbCacheSizeMB=-1\ngtbCacheSizeMB=257\n"
                "\n"
-               "ttHashSizeMB = 8\n"
+               "ttHashSizeMB = 3\n"
                "gtbPath = \"C:/my tb\"\n"
-               "bookFilePath=other.bin");  // no line end at the end of the file
-  SearchClock clock;
-  std::ostringstream out;
-  ChessPlayer player(clock, out);
-  readConfigurationFile(folder.file("missing.ini").c_str(), player, out);
-  EXPECT_EQ(out.str(), "");
-  EXPECT_STREQ(player.bookFilePath, "book.bin");
-  readConfigurationFile(folder.file("torvy.ini").c_str(), player, out);
-  EXPECT_EQ(out.str(), "# WARNING: pawnHashSizeMB = 4000 out of range in ini file (min = 1, max = 2048)\n");
-  EXPECT_EQ(player.ttHashSizeMB, 8u);
-  EXPECT_EQ(player.pawnHashSizeMB, 32u);
-  EXPECT_STREQ(player.gtbPath, "C:/my tb");
-  EXPECT_STREQ(player.bookFilePath, "other.bin");
-}
-
-// The file is read while the engine is built: its lines come before the banner, the command
-// line comes after it, and the tables of the first game have the sizes from the file.
-TEST(ProtocolConfiguration, FileIsReadBeforeTheBannerAndTheCommandLineOverridesIt) {
-  testing::ScratchFolder folder;
-  folder.write("torvy.ini", "numberOfCores=1\nnumberOfCores=-3\nttHashSizeMB=3\npawnHashSizeMB=0\n");
+               "bookFilePath=other.bin");
   const auto run = testing::runEngine("xboard\nprotover 2\n", {"-cores", "2"}, std::chrono::seconds(60), folder.path());
   ASSERT_EQ(run.exitCode, 0);
   const std::uint32_t max = usableCores(std::thread::hardware_concurrency());
   const Lines expected = testing::joined({
-      {cores(1, 1, max), "# WARNING: numberOfCores = -3 out of range in ini file (min = 1)",
-       "# WARNING: pawnHashSizeMB = 0 out of range in ini file (min = 1, max = 2048)"},
+      {cores(max, 100000, max), "# WARNING: numberOfCores = 0 out of range in ini file (min = 1)", cores(1, 1, max),
+       "# WARNING: ttHashSizeMB = 2049 out of range in ini file (min = 1, max = 2048)",
+       "# WARNING: pawnHashSizeMB = x out of range in ini file (min = 1, max = 2048)",
+       "# WARNING: gtbCacheSizeMB = -1 out of range in ini file (min = 0, max = 256)",
+       "# WARNING: gtbCacheSizeMB = 257 out of range in ini file (min = 0, max = 256)"},
       testing::banner(),
-      {cores(std::min<std::uint32_t>(2, max), 2, max), "# new size of TT hash: 2 MB", "# new size of Pawn hash: 32 MB"},
+      {cores(std::min<std::uint32_t>(2, max), 2, max), "# new size of TT hash: 2 MB", "# new size of Pawn hash: 1 MB"},
   });
   ASSERT_GE(run.lines.size(), expected.size());
   EXPECT_EQ(Lines(run.lines.begin(), run.lines.begin() + std::ptrdiff_t(expected.size())), expected);
-  EXPECT_NE(std::find(run.lines.begin(), run.lines.end(), "feature option=\"ttHashSizeMB -spin 3 1 2048\""),
-            run.lines.end());
+  for (const char* feature :
+       {"feature option=\"ttHashSizeMB -spin 3 1 2048\"", "feature option=\"pawnHashSizeMB -spin 1 1 2048\"",
+        "feature option=\"gtbCacheSizeMB -spin 0 0 256\"", "feature option=\"gtbPath -path C:/my tb\"",
+        "feature option=\"bookFilePath -path other.bin\""})
+    EXPECT_NE(std::find(run.lines.begin(), run.lines.end(), feature), run.lines.end()) << feature;
+  EXPECT_EQ(testing::countStarting(run.lines, "# initializing TB"), 0);
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "scratch_folder.h"
@@ -28,12 +28,9 @@ struct EngineOutput {
 // awaitLine, if one is named, then a pause. Waiting for output keeps the script in step with
 // the engine however slowly it runs (under the sanitizers, or on a busy machine).
 struct ScriptStep {
-  ScriptStep(std::string input, int pause = 0, std::string awaited = {})
-      : text(std::move(input)), pauseMs(pause), awaitLine(std::move(awaited)) {}
-
   std::string text;
-  int pauseMs;
-  std::string awaitLine;
+  int pauseMs = 0;
+  std::string awaitLine = {};
 };
 
 namespace detail {
@@ -47,12 +44,8 @@ inline std::string quietDirectory() {
 
 inline std::vector<std::string> splitLines(const std::string& text) {
   std::vector<std::string> lines;
-  std::size_t start = 0;
-  for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', start)) {
-    lines.push_back(text.substr(start, end - start));
-    start = end + 1;
-  }
-  if (start < text.size()) lines.push_back(text.substr(start));
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
   return lines;
 }
 

@@ -1,8 +1,9 @@
-// Expected output pieces shared by the protocol tests: the start-up lines and board pictures.
+// Expected output pieces shared by the protocol tests, and ways to look for lines in a transcript.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -24,14 +25,31 @@ inline Lines startBoard() {
   return boardPicture({"rnbqkbnr", "pppppppp", "........", "........", "........", "........", "PPPPPPPP", "RNBQKBNR"});
 }
 
-inline Lines banner() { return {"# Torvy 0.6.51", "# a chess engine for xboard front ends, written in C++20", "# ", "feature done=0"}; }
+inline Lines banner() {
+  return {"# Torvy 0.6.51", "# a chess engine for xboard front ends, written in C++20", "# ", "feature done=0"};
+}
 
 inline Lines newTableLines() { return {"# new size of TT hash: 256 MB", "# new size of Pawn hash: 32 MB"}; }
+
+inline Lines refused(const std::string& command) { return {"# command \"" + command + "\" returned an error code "}; }
 
 inline Lines joined(std::initializer_list<Lines> parts) {
   Lines all;
   for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
   return all;
+}
+
+inline bool startsWith(const std::string& line, const std::string& prefix) { return line.rfind(prefix, 0) == 0; }
+
+inline long countStarting(const Lines& lines, const std::string& prefix) {
+  return std::count_if(lines.begin(), lines.end(), [&](const std::string& l) { return startsWith(l, prefix); });
+}
+
+// The index of the first line at or after `from` that begins with prefix, or the size.
+inline std::size_t findLine(const Lines& lines, const std::string& prefix, std::size_t from = 0) {
+  for (std::size_t i = from; i < lines.size(); ++i)
+    if (startsWith(lines[i], prefix)) return i;
+  return lines.size();
 }
 
 // Runs the commands behind "xboard", so no prompt follows, and returns what came after the

@@ -1,4 +1,4 @@
-// The front end's state and clock commands, driven in-process through dispatch.
+// The clock commands, the full record, the engine move and the draw offers, driven in-process.
 #include "frontend/wb_engine.h"
 
 #include <gtest/gtest.h>
@@ -6,7 +6,9 @@
 #include <cstdio>
 #include <memory>
 #include <sstream>
+#include <tuple>
 
+#include "board/fen.h"
 #include "board/move_text.h"
 
 namespace torvy {
@@ -23,6 +25,14 @@ class WBEngineTest : public ::testing::Test {
     Move m = NoMove;
     EXPECT_TRUE(parseCoordinateMove(engine->player.board, text, m)) << text;
     return m;
+  }
+  // Each move is followed by the game-end test, as in the command loop; its draw test is
+  // what counts the occurrences of a position.
+  void play(std::initializer_list<const char*> texts) {
+    for (const char* text : texts) {
+      ASSERT_TRUE(engine->dispatch(std::string("usermove ") + text));
+      EXPECT_FALSE(engine->player.checkGameEnd());
+    }
   }
 
   std::ostringstream out;
@@ -50,50 +60,9 @@ TEST_F(WBEngineTest, TimeCountsTheFullMovesOfTheRecord) {
   EXPECT_TRUE(engine->dispatch("level 2 1 1"));
   EXPECT_TRUE(engine->dispatch("time 5000"));
   EXPECT_EQ(engine->clock.accumulated, 6000 + 100 - 5000);
-  ASSERT_TRUE(engine->dispatch("usermove e2e4"));
-  ASSERT_TRUE(engine->dispatch("usermove e8d8"));
-  ASSERT_TRUE(engine->dispatch("usermove e1d1"));
-  ASSERT_TRUE(engine->dispatch("usermove d8e8"));
+  play({"e2e4", "e8d8", "e1d1", "d8e8"});
   EXPECT_TRUE(engine->dispatch("time 5000"));  // full move 3 opens the second session
   EXPECT_EQ(engine->clock.accumulated, 12000 + 300 - 5000);
-}
-
-TEST_F(WBEngineTest, NewAndForceAndUserMovesHandTheSides) {
-  ASSERT_TRUE(engine->dispatch("new"));
-  EXPECT_EQ(engine->engineColor, Black);
-  EXPECT_FALSE(engine->forceMode);
-  engine->clock.startClock();
-  ASSERT_TRUE(engine->dispatch("force"));
-  EXPECT_EQ(engine->engineColor, NoColor);
-  EXPECT_TRUE(engine->forceMode);
-  EXPECT_FALSE(engine->clock.running);
-  ASSERT_TRUE(engine->dispatch("usermove e2e4"));
-  EXPECT_EQ(engine->engineColor, NoColor);  // force mode only records
-  engine->forceMode = false;
-  ASSERT_TRUE(engine->dispatch("usermove e7e5"));
-  EXPECT_EQ(engine->engineColor, White);  // a user move hands the move to the engine
-
-  engine->analyzeMode = true;
-  ASSERT_TRUE(engine->dispatch("new"));
-  EXPECT_EQ(engine->engineColor, White);
-  EXPECT_FALSE(engine->clock.timeLimited);
-  EXPECT_EQ(engine->player.gamePly, 0u);
-}
-
-TEST_F(WBEngineTest, SetBoardAndTakeBacksInAndOutOfAnalysis) {
-  setUp("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
-  EXPECT_EQ(engine->engineColor, NoColor);
-  EXPECT_TRUE(engine->forceMode);
-  engine->forceMode = false;
-  engine->analyzeMode = true;
-  ASSERT_TRUE(engine->dispatch("usermove e2e4"));
-  EXPECT_EQ(engine->engineColor, Black);
-  ASSERT_TRUE(engine->dispatch("undo"));
-  EXPECT_EQ(engine->engineColor, White);  // analysis follows the side to move
-  EXPECT_FALSE(engine->dispatch("setboard 4k3/8/8/8/8/8/4P3/4K3 x - - 0 1"));
-  EXPECT_EQ(engine->engineColor, White);
-  EXPECT_FALSE(engine->forceMode);  // analysis is not left for force mode
-  EXPECT_TRUE(engine->boardChanged);
 }
 
 TEST_F(WBEngineTest, UserMoveIsRefusedWhenTheRecordIsFull) {
@@ -102,18 +71,6 @@ TEST_F(WBEngineTest, UserMoveIsRefusedWhenTheRecordIsFull) {
   EXPECT_FALSE(engine->dispatch("usermove e2e4"));
   EXPECT_EQ(out.str(), "Error (no room for another move in the game record): e2e4\n");
   EXPECT_EQ(engine->player.board.pieceOn[0x14], Pawn);
-}
-
-TEST_F(WBEngineTest, EngineMoveOffersTheDrawBeforeTheMove) {
-  setUp("k7/8/8/8/8/8/8/KR6 w - - 99 80");
-  engine->makeEngineMove(parse("b1b2"));
-  const std::string expected =
-      "offer draw\n"
-      "# making engine move: b1b2\n"
-      "move b1b2\n"
-      "# k.......\n# ........\n# ........\n# ........\n# ........\n# ........\n# .R......\n# K.......\n#\n";
-  EXPECT_EQ(out.str(), expected);
-  EXPECT_FALSE(engine->gameOver);
 }
 
 TEST_F(WBEngineTest, EngineMoveThatEndsTheGame) {
@@ -127,6 +84,35 @@ TEST_F(WBEngineTest, EngineMoveThatEndsTheGame) {
   EXPECT_TRUE(engine->gameOver);
   EXPECT_TRUE(engine->forceMode);
   EXPECT_EQ(engine->engineColor, Black);  // auto mode keeps following the side to move
+}
+
+TEST_F(WBEngineTest, DrawIsOfferedForTheThirdOccurrenceOnly) {
+  ChessPlayer& player = engine->player;
+  setUp(StartFen);
+  play({"g1f3", "g8f6", "f3g1"});
+  EXPECT_FALSE(player.shouldOfferDraw(parse("f6g8")));  // the start position's second occurrence
+  play({"f6g8", "g1f3", "g8f6", "f3g1"});
+  const Key before = player.board.key();
+  const std::uint32_t historyIndex = player.board.historyIndex;
+  EXPECT_TRUE(player.shouldOfferDraw(parse("f6g8")));
+  EXPECT_FALSE(player.shouldOfferDraw(parse("e7e5")));
+  EXPECT_EQ(player.board.key(), before);
+  EXPECT_EQ(player.board.historyIndex, historyIndex);
+  EXPECT_EQ(player.gamePly, 7u);
+}
+
+// A capture resets the count, and a draw by material is no reason to offer; a move that mates
+// needs no offer, even on the hundredth half-move.
+TEST_F(WBEngineTest, DrawIsOfferedWhenTheMoveReachesTheFiftyMoveRule) {
+  const std::tuple<const char*, const char*, bool> cases[] = {
+      {"k7/8/8/8/8/8/8/KR6 w - - 99 80", "b1b2", true},
+      {"k7/8/8/8/8/8/1n6/K7 w - - 99 80", "a1b2", false},
+      {"k7/8/1K6/8/8/8/8/7R w - - 99 80", "h1h8", false},
+  };
+  for (const auto& [fen, move, offered] : cases) {
+    setUp(fen);
+    EXPECT_EQ(engine->player.shouldOfferDraw(parse(move)), offered) << fen;
+  }
 }
 
 }  // namespace

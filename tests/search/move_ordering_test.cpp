@@ -1,3 +1,4 @@
+// The order in which the selector hands out moves, and the test that tells a losing capture.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 
 #include "../board/board_helpers.h"
 #include "eval/evaluate.h"
+#include "search/capture_safety.h"
 #include "search/move_selector.h"
 
 namespace torvy::testing {
@@ -39,12 +41,8 @@ TEST(MoveOrdering, HashMoveOnceThenGoodCapturesThenKillersWithLosingCapturesAmon
   EXPECT_EQ(texts[2], "c3b5");
   EXPECT_EQ(texts[3], "c3e4") << "the killer right behind the good captures";
   EXPECT_GT(place(texts, "d1d5"), 3u);
-}
 
-TEST(MoveOrdering, QuiescenceTakesCapturesByVictimAndAttackerOnly) {
-  initEvaluation();
-  auto board = boardFrom("4k3/8/4p3/1p1r4/8/2N5/8/3QK3 w - - 0 1");
-  MoveSelector selector;
+  // Quiescence orders its captures by victim and attacker alone.
   selector.init<White>(SelectCaptures, *board, CheckInfo{}, NoMove);
   EXPECT_EQ(drainScored(selector), (std::vector<std::string>{"c3d5", "d1d5", "c3b5"}));
 }
@@ -61,6 +59,41 @@ TEST(MoveOrdering, UnfitHashAndPvMovesAreNeverGiven) {
   EXPECT_EQ(texts.size(), 20u);
   EXPECT_EQ(place(texts, "a1a8"), texts.size());
   EXPECT_EQ(printed.rfind("# hash collision:  d1d8", 0), 0u) << printed;
+}
+
+// A capture of a lower class loses when a pawn defends the victim, or a knight does against a
+// queen or a rook that takes a pawn. Other defenders are not looked at; a king never loses.
+TEST(CaptureSafety, LowerClassDefendersMakeACaptureLose) {
+  constexpr Square88 d5 = 0x43;
+  struct Case {
+    const char* fen;
+    Square88 from;
+    bool losing;
+  };
+  const Case cases[] = {
+      {"4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", 0x34, false}, {"4k3/8/2p5/3p4/8/4N3/8/4K3 w - - 0 1", 0x24, true},
+      {"4k3/8/8/3p4/1n6/4N3/8/4K3 w - - 0 1", 0x24, false}, {"4k3/8/8/3p4/1n6/8/8/3RK3 w - - 0 1", 0x03, true},
+      {"4k3/8/2p5/3r4/8/8/8/3QK3 w - - 0 1", 0x03, true},   {"4k3/8/8/3r4/1n6/8/8/3QK3 w - - 0 1", 0x03, true},
+      {"3rk3/8/8/3r4/8/8/8/3QK3 w - - 0 1", 0x03, false},   {"4k3/8/2p5/3n4/8/8/B7/4K3 w - - 0 1", 0x10, false},
+      {"4k3/8/8/3b4/1n6/8/8/3RK3 w - - 0 1", 0x03, false},  {"4k3/8/2p5/3b4/8/8/8/3RK3 w - - 0 1", 0x03, true},
+      {"4k3/8/2p5/3p4/3K4/8/8/8 w - - 0 1", 0x33, false},
+  };
+  for (const Case& c : cases) {
+    int gain = 0;
+    EXPECT_EQ(isLosingCapture<White>(*boardFrom(c.fen), makeNormalMove(c.from, d5), gain), c.losing) << c.fen;
+  }
+}
+
+// A capture gains its victim's value, a promotion the new piece's less a pawn's, whatever it takes.
+TEST(CaptureSafety, GainsOfCapturesAndPromotions) {
+  auto board = boardFrom("1r2k3/P7/8/2p5/3P4/8/8/4K3 w - - 0 1");
+  int gain = 0;
+  EXPECT_FALSE(isLosingCapture<White>(*board, makeNormalMove(0x33, 0x42), gain));
+  EXPECT_EQ(gain, 125);
+  EXPECT_FALSE(isLosingCapture<White>(*board, makePromotion(0x60, 0x70, Queen), gain));
+  EXPECT_EQ(gain, 1000);
+  EXPECT_FALSE(isLosingCapture<White>(*board, makePromotion(0x60, 0x71, Knight), gain));
+  EXPECT_EQ(gain, 275);
 }
 
 }  // namespace

@@ -1,134 +1,110 @@
+// Searches as a front end sees them: the time budget, thinking lines, engine moves and results,
+// analysis, and a root that the tablebases resolve.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <regex>
 #include <string>
 
-#include "frontend/engine_process.h"
+#include "frontend/transcript.h"
 
-namespace torvy {
+namespace torvy::testing {
 namespace {
 
-using testing::runEngine;
-using testing::runEngineScripted;
-using Lines = std::vector<std::string>;
-
-bool startsWith(const std::string& line, const std::string& prefix) { return line.rfind(prefix, 0) == 0; }
-
-long countStarting(const Lines& lines, const std::string& prefix) {
-  return std::count_if(lines.begin(), lines.end(), [&](const std::string& l) { return startsWith(l, prefix); });
-}
-
-// The index of the first line at or after `from` that begins with prefix, or the size.
-std::size_t find(const Lines& lines, const std::string& prefix, std::size_t from = 0) {
-  for (std::size_t i = from; i < lines.size(); ++i)
-    if (startsWith(lines[i], prefix)) return i;
-  return lines.size();
-}
-
+// Each step waits for the engine's move. On two cores only the first thread prints, and it stops
+// at depth 4; after "nopost" no thinking lines come. The move that reaches the fiftieth move is
+// preceded by the draw offer, and the engine's mate by no offer but followed by the result.
 TEST(ProtocolSearch, ShortGameOnAClock) {
-  // The first search must end before the user's move arrives, which would stop it.
-  const auto run = runEngineScripted({{"xboard\nnew\nlevel 40 5 0\nsd 4\ngo\n", 0, "move "}, {"usermove e7e5\n"}});
+  const auto run = runEngineScripted({{"xboard\nnew\nlevel 40 5 0\ntime 30000\nsd 4\ngo\n", 0, "move "},
+                                      {"time 29000\nnopost\nusermove e7e5\n", 0, "move "},
+                                      {"setboard k7/8/8/8/8/8/8/KR6 w - - 99 80\ngo\n", 0, "move "},
+                                      {"setboard 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\ngo\n", 0, "1-0 "}},
+                                     {"-cores", "2"});
   ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
   const Lines& out = run.lines;
-  const std::size_t budget = find(out, "# movesPerSession=40 timePerSession=30000 increment=0");
-  ASSERT_LT(budget, out.size());
-  EXPECT_EQ(out[budget + 1], "# ply=0 fullMoveNumber=1 remainingMoves=40 nSessions=1");
-  EXPECT_EQ(out[budget + 2], "# total=30000 elapsed=0 remaining=30000 available=30000 max=675");
-  EXPECT_EQ(out[budget + 3], "# set maxTime = 675");
-  EXPECT_EQ(out[budget + 4], "# out of book: corrected maxTime = 1012");
-  const std::size_t firstMove = find(out, "move ", budget);
-  ASSERT_LT(firstMove, out.size());
-  EXPECT_TRUE(startsWith(out[firstMove - 1], "# making engine move: "));
-  EXPECT_EQ(out[firstMove].substr(5), out[firstMove - 1].substr(22));
-  const std::size_t userMove = find(out, "# making user move: e7e5", firstMove);
-  ASSERT_LT(userMove, out.size());
-  EXPECT_EQ(find(out, "# ply=2 fullMoveNumber=2 remainingMoves=39 nSessions=1", userMove) < out.size(), true);
-  EXPECT_LT(find(out, "move ", userMove), out.size()) << "the engine answers the user move";
-  EXPECT_EQ(countStarting(out, "# out of book: "), 1) << "the correction comes once a game";
-}
+  const std::size_t budget = findLine(out, "# movesPerSession=40 timePerSession=30000 increment=0");
+  ASSERT_LT(budget + 4, out.size());
+  EXPECT_EQ(Lines(out.begin() + std::ptrdiff_t(budget) + 1, out.begin() + std::ptrdiff_t(budget) + 5),
+            (Lines{"# ply=0 fullMoveNumber=1 remainingMoves=40 nSessions=1",
+                   "# total=30000 elapsed=0 remaining=30000 available=30000 max=675", "# set maxTime = 675",
+                   "# out of book: corrected maxTime = 1012"}));
 
-TEST(ProtocolSearch, ThinkingLinesShowDepthScoreTimeNodesAndLine) {
-  const auto run = runEngine("xboard\nsd 3\ngo\n");
-  const Lines& out = run.lines;
-  const std::size_t first = find(out, "1 ");
-  ASSERT_LT(first, out.size());
+  const std::size_t thinking = findLine(out, "1 ", budget);
+  ASSERT_LT(thinking, out.size());
   int depth = 0, score = 0, time = 0;
   unsigned long long nodes = 0;
   char move[8] = {};
-  ASSERT_EQ(std::sscanf(out[first].c_str(), "%d %d %d %llu %7s", &depth, &score, &time, &nodes, move), 5);
+  ASSERT_EQ(std::sscanf(out[thinking].c_str(), "%d %d %d %llu %7s", &depth, &score, &time, &nodes, move), 5);
   EXPECT_EQ(depth, 1);
   EXPECT_GT(nodes, 0u);
-  EXPECT_LT(find(out, "# total nodes = "), out.size());
-  const auto quiet = runEngine("xboard\nnopost\nsd 3\ngo\n");
-  EXPECT_EQ(countStarting(quiet.lines, "1 "), 0);
-  EXPECT_EQ(countStarting(quiet.lines, "# total nodes = "), 0);
-  EXPECT_EQ(countStarting(quiet.lines, "move "), 1);
+  EXPECT_EQ(countStarting(out, "5 "), 0);
+  const std::size_t firstMove = findLine(out, "move ", thinking);
+  ASSERT_LT(firstMove, out.size());
+  EXPECT_EQ("# making engine move: " + out[firstMove].substr(5), out[firstMove - 1]);
+  EXPECT_LT(findLine(out, "# total nodes = ", thinking), firstMove);
+
+  const std::size_t userMove = findLine(out, "# making user move: e7e5", firstMove);
+  const std::size_t secondMove = findLine(out, "move ", userMove);
+  ASSERT_LT(secondMove, out.size());
+  // The time on the clock replaces the time used; the clock has run a little since.
+  const std::size_t secondBudget = findLine(out, "# ply=2 fullMoveNumber=2 remainingMoves=39 nSessions=1", userMove);
+  ASSERT_LT(secondBudget + 1, secondMove);
+  int elapsed = 0;
+  ASSERT_EQ(std::sscanf(out[secondBudget + 1].c_str(), "# total=30000 elapsed=%d", &elapsed), 1);
+  EXPECT_GE(elapsed, 1000);
+  EXPECT_LT(elapsed, 1100);
+  EXPECT_EQ(findLine(out, "1 ", userMove), out.size());
+  EXPECT_EQ(findLine(out, "# total nodes = ", userMove), out.size());
+  EXPECT_EQ(countStarting(out, "# out of book: "), 1) << "the correction comes once a game";
+
+  const std::size_t offer = findLine(out, "offer draw", secondMove);
+  ASSERT_LT(offer + 2, out.size());
+  EXPECT_TRUE(startsWith(out[offer + 1], "# making engine move: "));
+  EXPECT_EQ(countStarting(out, "offer draw"), 1);
+  EXPECT_LT(findLine(out, "move a1a8", offer), out.size());
+  EXPECT_EQ(out.back(), "1-0 {White wins by checkmate}");
 }
 
-TEST(ProtocolSearch, MateAndForcedMoveEndTheSearchAtOnce) {
-  const auto mate = runEngine("xboard\nsetboard 6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\nlevel 40 60 0\ngo\n");
-  EXPECT_LT(find(mate.lines, "# forced mate in 1 plies: a1a8"), mate.lines.size());
-  EXPECT_LT(find(mate.lines, "move a1a8"), mate.lines.size());
-  EXPECT_LT(find(mate.lines, "1-0 {White wins by checkmate}"), mate.lines.size());
-  const auto forced = runEngine("xboard\nsetboard 7k/8/8/8/8/8/6q1/7K w - - 0 1\nlevel 40 60 0\ngo\n");
-  EXPECT_LT(find(forced.lines, "# forced move: h1g2"), forced.lines.size());
-  EXPECT_LT(find(forced.lines, "1/2-1/2 {Draw by insufficient material}"), forced.lines.size());
-}
-
-TEST(ProtocolSearch, StoppedSearchGivesNoMove) {
-  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 0, "1 "}, {"force\n"}});
-  ASSERT_FALSE(run.timedOut);
-  EXPECT_EQ(countStarting(run.lines, "move "), 0);
-  EXPECT_GT(countStarting(run.lines, "1 "), 0) << "the search had begun";
-}
-
+// In analysis, even from force mode, "usermove", "undo", a refused "setboard" and "new" each
+// start the analysis again; it ends cleanly with "exit" or with the input, and gives no move.
 TEST(ProtocolSearch, AnalysisRestartsAfterEachChangeAndEndsWithTheInput) {
-  const auto run = runEngineScripted(
-      {{"xboard\nanalyze\n", 0, "1 "}, {"usermove e2e4\n", 0, "1 "}, {"undo\n", 0, "1 "}, {"exit\n"}});
+  const auto run = runEngineScripted({{"xboard\nforce\nanalyze\n", 0, "1 "},
+                                      {"usermove e2e4\n", 0, "1 "},
+                                      {"undo\n", 0, "1 "},
+                                      {"setboard 8/8/8 w - - 0 1\n", 0, "1 "},
+                                      {"new\n", 0, "1 "},
+                                      {"exit\n"}});
   ASSERT_FALSE(run.timedOut);
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_EQ(countStarting(run.lines, "move "), 0);
-  EXPECT_GE(countStarting(run.lines, "1 "), 3) << "a search on each of the three positions";
+  EXPECT_GE(countStarting(run.lines, "1 "), 5) << "a search after each change";
   const auto endOfInput = runEngineScripted({{"xboard\nanalyze\n", 0, "1 "}});
   EXPECT_FALSE(endOfInput.timedOut);
   EXPECT_EQ(endOfInput.exitCode, 0);
 }
 
-TEST(ProtocolSearch, TwoCoresPlayTheSameWay) {
-  const auto run = runEngine("xboard\nsd 5\ngo\n", {"-cores", "2"});
-  EXPECT_LT(find(run.lines, "# will now use 2 cores"), run.lines.size());
-  EXPECT_EQ(countStarting(run.lines, "move "), 1);
-  EXPECT_EQ(countStarting(run.lines, "6 "), 0) << "only the first thread prints, and it stops at depth 5";
-}
-
-}  // namespace
-}  // namespace torvy
-
-namespace torvy {
-namespace {
-
-// Needs Debian's gaviotatb tables; without them the root has nothing to resolve.
+// Needs Debian's gaviotatb tables; without them the root has nothing to resolve. The root line
+// has depth 0, mate in 3 plies, any time and no nodes; no iteration runs.
 TEST(ProtocolSearch, RootResolvedByTablebasesAnswersAtDepthZero) {
   const char* tables = "/usr/share/gaviotatb/gtb4/krk.gtb.cp4";
   if (std::FILE* file = std::fopen(tables, "rb"))
     std::fclose(file);
   else
     GTEST_SKIP() << "no Gaviota tables at " << tables;
-  const std::string setup = "xboard\negtpath gaviota /usr/share/gaviotatb/gtb4\nsetboard k7/8/2K5/8/8/8/8/7R w - - 0 1\n";
-  const auto analysis = runEngine(setup + "analyze\n");
-  // Depth 0, mate in 3 plies, any time, no nodes searched.
+  const std::string setup =
+      "xboard\negtpath gaviota /usr/share/gaviotatb/gtb4\nsetboard k7/8/2K5/8/8/8/8/7R w - - 0 1\n";
   const std::regex rootLine("0 31997 [0-9]+ 0 .*");
-  auto hasRootLine = [&](const Lines& lines) {
-    return std::any_of(lines.begin(), lines.end(), [&](const std::string& l) { return std::regex_match(l, rootLine); });
-  };
-  EXPECT_TRUE(hasRootLine(analysis.lines));
-  EXPECT_EQ(countStarting(analysis.lines, "move "), 0) << "an analysis gives no move";
-  EXPECT_EQ(countStarting(analysis.lines, "1 "), 0) << "no iteration runs";
-  const auto game = runEngine(setup + "level 40 5 0\ngo\n");
-  EXPECT_TRUE(hasRootLine(game.lines));
-  EXPECT_EQ(countStarting(game.lines, "move "), 1);
+  for (const std::string commands : {"analyze\n", "level 40 5 0\ngo\n"}) {
+    SCOPED_TRACE(commands);
+    const Lines lines = runEngine(setup + commands).lines;
+    EXPECT_TRUE(
+        std::any_of(lines.begin(), lines.end(), [&](const std::string& l) { return std::regex_match(l, rootLine); }));
+    EXPECT_EQ(countStarting(lines, "1 "), 0);
+    EXPECT_EQ(countStarting(lines, "move "), commands == "analyze\n" ? 0 : 1);
+  }
 }
 
 }  // namespace
-}  // namespace torvy
+}  // namespace torvy::testing

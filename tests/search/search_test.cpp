@@ -3,6 +3,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "board/fen.h"
 #include "board/move_text.h"
@@ -52,6 +53,7 @@ class SearchTest : public ::testing::Test {
     auto game = std::make_unique<Board_0x88>();
     EXPECT_TRUE(setFromFen(*game, fen)) << fen;
     auto searcher = std::make_unique<Searcher>(0, Searcher::Tables{&ttHash, &pawnHash, &tablebases, &clock, &player});
+    if (stopBeforeStart) searcher->requestStop(true);
     SearchResult result;
     ::testing::internal::CaptureStdout();
     searcher->runSearch(*game, result.best, result.ponder);
@@ -67,24 +69,24 @@ class SearchTest : public ::testing::Test {
   TablebaseState tablebases;
   SearchClock clock;
   RecordingPlayer player;
+  bool stopBeforeStart = false;  // a stop raised before the search begins, as a stop mid-search
 };
 
-TEST_F(SearchTest, FindsMatesAndSaysHowFarAway) {
-  const SearchResult one = search("6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", 10);
-  EXPECT_EQ(moveToText(one.best), "a1a8");
-  EXPECT_NE(one.output.find("# forced mate in 1 plies: a1a8"), std::string::npos) << one.output;
-
-  const SearchResult two = search("k7/8/2K5/8/8/8/8/7R w - - 0 1", 10);
-  EXPECT_NE(two.output.find("# forced mate in 3 plies: "), std::string::npos) << two.output;
-
-  const SearchResult mated = search("6k1/5ppp/8/8/8/8/rr6/4K3 w - - 0 1", 10);
-  EXPECT_NE(mated.output.find("# getting mated in 2 plies: "), std::string::npos) << mated.output;
-}
-
-TEST_F(SearchTest, SingleLegalMoveIsPlayedAtOnce) {
-  const SearchResult forced = search("7k/8/8/8/8/8/6q1/7K w - - 0 1", 20);
-  EXPECT_EQ(moveToText(forced.best), "h1g2");
-  EXPECT_NE(forced.output.find("# forced move: h1g2"), std::string::npos) << forced.output;
+// Mates and a single legal move end the search at once, with a comment that names the move.
+TEST_F(SearchTest, MatesAndForcedMovesAreAnnounced) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "# forced mate in 1 plies: ", "a1a8"},
+      {"k7/8/2K5/8/8/8/8/7R w - - 0 1", "# forced mate in 3 plies: ", ""},
+      {"6k1/5ppp/8/8/8/8/rr6/4K3 w - - 0 1", "# getting mated in 2 plies: ", ""},
+      {"7k/8/8/8/8/8/6q1/7K w - - 0 1", "# forced move: ", "h1g2"},
+  };
+  for (const auto& [fen, comment, move] : cases) {
+    const SearchResult result = search(fen, 10);
+    EXPECT_NE(result.output.find(comment + moveToText(result.best) + "\n"), std::string::npos) << result.output;
+    if (*move) {
+      EXPECT_EQ(moveToText(result.best), move) << fen;
+    }
+  }
 }
 
 TEST_F(SearchTest, FixedDepthSearchIsRepeatable) {
@@ -104,16 +106,8 @@ TEST_F(SearchTest, AnalysisAndStoppedSearchesGiveNoMove) {
   EXPECT_EQ(analysis.best, NoMove);
   EXPECT_FALSE(analysis.analysis.empty());
 
-  auto game = std::make_unique<Board_0x88>();
-  setStartPosition(*game);
-  Searcher searcher(0, Searcher::Tables{&ttHash, &pawnHash, &tablebases, &clock, &player});
-  clock.timeLimited = true;
-  searcher.clearFlags();
-  searcher.requestStop(true);
-  Move best = NoMove;
-  Move ponder = NoMove;
-  searcher.runSearch(*game, best, ponder);
-  EXPECT_EQ(best, NoMove);
+  stopBeforeStart = true;
+  EXPECT_EQ(search(StartFen, 3).best, NoMove);
 }
 
 TEST_F(SearchTest, RootWithoutMovesReportsDepthZero) {
