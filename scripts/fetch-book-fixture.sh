@@ -17,11 +17,12 @@ chmod a+rwx "$work"  # apt-get downloads as its own user
 trap 'rm -rf "$work"' EXIT
 cd "$work"
 apt-get download pychess || { apt-get update && apt-get download pychess; }
-dpkg-deb -x pychess_*.deb unpacked
-book=$(find unpacked -name pychess_book.bin | head -n 1)
+# Only the book leaves the package: its path inside the data archive is looked up, and tar
+# extracts that one member.
+book=$(dpkg-deb --fsys-tarfile pychess_*.deb | tar -t | grep '/pychess_book\.bin$' | head -n 1)
 if [ -z "$book" ]; then
   echo "pychess_book.bin not found in the pychess package" >&2
   exit 1
 fi
-cp "$book" "$target/pychess_book.bin"
+dpkg-deb --fsys-tarfile pychess_*.deb | tar -xO "$book" > "$target/pychess_book.bin"
 echo "book fixture: $target/pychess_book.bin"
