@@ -130,7 +130,7 @@ class SingleThreadBench {
 // The engine's own pool, as a game would drive it, but searching to a fixed depth.
 class PoolBench {
  public:
-  explicit PoolBench(std::uint32_t cores) : player_(std::make_unique<ChessPlayer>(clock_, sink_)) {
+  explicit PoolBench(std::uint32_t cores) : player_(std::make_unique<ChessPlayer>(clock_, console_)) {
     player_->ttHashSizeMB = BenchHashMB;
     player_->pawnHashSizeMB = BenchPawnHashMB;
     player_->setCores(cores);
@@ -161,6 +161,7 @@ class PoolBench {
 
   SearchClock clock_;
   std::ostringstream sink_;
+  Console console_{sink_};
   std::unique_ptr<ChessPlayer> player_;
 };
 

@@ -7,11 +7,13 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <string>
 
 #include "board/movegen.h"
 #include "book/book_key.h"
 #include "book/book_move.h"
 #include "book/book_reader.h"
+#include "search/console.h"
 
 namespace torvy {
 
@@ -36,8 +38,7 @@ class OpenBookFile {
 
 void reportReadError() {
   if (errno == 0) return;
-  std::printf("ERROR: %s\n", std::strerror(errno));
-  std::fflush(stdout);
+  printLine(std::string("ERROR: ") + std::strerror(errno));
 }
 
 // Any entry of the key: the file may hold several, and the search stops at the first it meets.

@@ -5,7 +5,7 @@
 namespace torvy {
 
 bool WBEngine::handleEval(const Arguments&) {
-  evaluationReport(player.board, player.pawnHash, out);
+  evaluationReport(player.board, player.pawnHash, out());
   return true;
 }
 

@@ -36,23 +36,23 @@ bool WBEngine::handleForce(const Arguments&) {
 bool WBEngine::handleUsermove(const Arguments& args) {
   const std::string& text = args[0];
   if (gameOver) {
-    out << "Error (cannot make a move at end of game)" << std::endl;
+    out() << "Error (cannot make a move at end of game)" << std::endl;
     return false;
   }
   if (player.recordFull()) {
-    out << "Error (no room for another move in the game record): " << text << std::endl;
+    out() << "Error (no room for another move in the game record): " << text << std::endl;
     return false;
   }
   if (text.size() != 4 && text.size() != 5) {
-    out << "Error (illegal argument to 'usermove' command): " << text << std::endl;
+    out() << "Error (illegal argument to 'usermove' command): " << text << std::endl;
     return false;
   }
   Move move = NoMove;
   if (!parseCoordinateMove(player.board, text.c_str(), move)) {
-    out << "Error (illegal move): " << text << std::endl;
+    out() << "Error (illegal move): " << text << std::endl;
     return false;
   }
-  out << "# making user move: " << text << std::endl;
+  out() << "# making user move: " << text << std::endl;
   player.commitMove(move);
   // Whichever side the engine held, a user move hands it the move, unless it only records moves.
   if (!forceMode || analyzeMode) engineColor = sideToMove();
@@ -62,7 +62,7 @@ bool WBEngine::handleUsermove(const Arguments& args) {
 
 bool WBEngine::handleGo(const Arguments&) {
   if (gameOver) {
-    out << "Error (cannot make a move at end of game)" << std::endl;
+    out() << "Error (cannot make a move at end of game)" << std::endl;
     return false;
   }
   engineColor = sideToMove();

@@ -12,17 +12,17 @@ bool WBEngine::handleProtover(const Arguments&) {
   for (const char* feature : {"ping=1", "setboard=1", "playother=1", "usermove=1", "colors=0", "sigint=0", "sigterm=0",
                               "analyze=1", "name=0", "nps=0", "debug=1", "egt=\"gaviota\"", "smp=1",
                               "variants=\"normal\""})
-    out << "feature " << feature << std::endl;
+    out() << "feature " << feature << std::endl;
   for (const SizeOption& option : SizeOptions)
-    out << "feature option=\"" << option.name << " -spin " << player.*(option.field) << ' ' << option.min << ' '
+    out() << "feature option=\"" << option.name << " -spin " << player.*(option.field) << ' ' << option.min << ' '
         << option.max << '"' << std::endl;
   for (const PathOption& option : PathOptions)
-    out << "feature option=\"" << option.name << " -path " << player.*(option.field) << '"' << std::endl;
-  out << "feature myname=\"" << ProgramName << ' ' << ProgramVersion << '"' << std::endl;
+    out() << "feature option=\"" << option.name << " -path " << player.*(option.field) << '"' << std::endl;
+  out() << "feature myname=\"" << ProgramName << ' ' << ProgramVersion << '"' << std::endl;
   // The front end waits for this line, so the tables and threads must be there before it.
   player.createMissingTables();
   player.syncThreads(false);
-  out << "feature done=1" << std::endl;
+  out() << "feature done=1" << std::endl;
   return true;
 }
 
@@ -36,12 +36,12 @@ bool WBEngine::handleCores(const Arguments& args) {
 bool WBEngine::handleEgtpath(const Arguments& args) {
   const std::string& type = args[0];
   if (type != "gaviota") {
-    out << "# invalid TB type: " << type << std::endl;
+    out() << "# invalid TB type: " << type << std::endl;
     return false;
   }
   // A running search ends before the report, so that its last lines come ahead of it.
   player.stopSearch();
-  out << "# initializing TB: type=" << type << " path=" << args[1] << std::endl;
+  out() << "# initializing TB: type=" << type << " path=" << args[1] << std::endl;
   player.setupTablebases(type, args[1].c_str());
   return true;
 }
@@ -57,21 +57,21 @@ bool WBEngine::handleOption(const Arguments& args) {
   if (const SizeOption* size = findOption(SizeOptions, name)) {
     const int number = std::atoi(value.c_str());
     if (!size->accepts(number)) {
-      out << "Error (illegal value for '" << name << "' option): " << value << std::endl;
+      out() << "Error (illegal value for '" << name << "' option): " << value << std::endl;
       return false;
     }
     player.stopSearch();
-    out << "# setting option: " << name << '=' << number << std::endl;
+    out() << "# setting option: " << name << '=' << number << std::endl;
     (player.*(size->set))(std::uint32_t(number));
     return true;
   }
   if (const PathOption* path = findOption(PathOptions, name)) {
     player.stopSearch();
-    out << "# setting option: " << name << '=' << value << std::endl;
+    out() << "# setting option: " << name << '=' << value << std::endl;
     (player.*(path->set))(value);
     return true;
   }
-  out << "Error (unknown option name): " << name << std::endl;
+  out() << "Error (unknown option name): " << name << std::endl;
   return false;
 }
 

@@ -11,13 +11,13 @@ bool WBEngine::handleQuit(const Arguments&) {
 }
 
 bool WBEngine::handleXboard(const Arguments&) {
-  out << std::endl;
+  out() << std::endl;
   xboardMode = true;
   return true;
 }
 
 bool WBEngine::handlePing(const Arguments& args) {
-  out << "pong " << std::atoi(args[0].c_str()) << std::endl;
+  out() << "pong " << std::atoi(args[0].c_str()) << std::endl;
   return true;
 }
 

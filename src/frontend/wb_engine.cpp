@@ -12,12 +12,12 @@
 
 namespace torvy {
 
-WBEngine::WBEngine(std::ostream& output, std::FILE* input) : player(clock, output), out(output), in(input) {
+WBEngine::WBEngine(std::ostream& output, std::FILE* input) : console(output), player(clock, console), in(input) {
   player.engine = this;
   readConfiguration();
 }
 
-void WBEngine::readConfiguration() { readConfigurationFile(ConfigurationFileName, player, out); }
+void WBEngine::readConfiguration() { readConfigurationFile(ConfigurationFileName, player, out()); }
 
 int WBEngine::run(int argc, char** argv) {
   printBanner();
@@ -27,7 +27,7 @@ int WBEngine::run(int argc, char** argv) {
   boardChanged = true;
   while (!quit) {
     if (boardChanged) showBoard();
-    if (!xboardMode) out << "# Your move: " << std::flush;
+    if (!xboardMode) out() << "# Your move: " << std::flush;
     readCommand();
     if (quit) break;
     // While a search runs only the commands themselves act on it.
@@ -37,7 +37,7 @@ int WBEngine::run(int argc, char** argv) {
 }
 
 void WBEngine::printBanner() {
-  out << "# " << ProgramName << ' ' << ProgramVersion << '\n'
+  out() << "# " << ProgramName << ' ' << ProgramVersion << '\n'
       << "# a chess engine for xboard front ends, written in C++20\n"
       << "# \n"
       << "feature done=0" << std::endl;
@@ -46,16 +46,16 @@ void WBEngine::printBanner() {
 void WBEngine::readCommandLine(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     if (std::strcmp(argv[i], "-cores") != 0) {
-      out << "# warning: found unknown command line option \"" << argv[i] << '"' << std::endl;
+      out() << "# warning: found unknown command line option \"" << argv[i] << '"' << std::endl;
       continue;
     }
     if (++i == argc) {
-      out << "# warning: missing argument for command line option \"-cores\"" << std::endl;
+      out() << "# warning: missing argument for command line option \"-cores\"" << std::endl;
       return;
     }
     const int cores = std::atoi(argv[i]);
     if (cores < 1)
-      out << "# warning: found bad argument \"" << cores
+      out() << "# warning: found bad argument \"" << cores
           << "\" for command line option \"-cores\", must be a positive number" << std::endl;
     else
       player.setCores(std::uint32_t(cores));
@@ -65,7 +65,7 @@ void WBEngine::readCommandLine(int argc, char** argv) {
 void WBEngine::readCommand() {
   char line[LineBufferSize];
   if (!readLine(line, sizeof line, in)) return finishInput();
-  if (!dispatch(line)) out << "# command \"" << line << "\" returned an error code " << std::endl;
+  if (!dispatch(line)) out() << "# command \"" << line << "\" returned an error code " << std::endl;
 }
 
 void WBEngine::finishInput() {
@@ -84,11 +84,11 @@ bool WBEngine::dispatch(std::string_view line) {
   if (row == nullptr) return true;
   const Arguments args = split(hasArguments ? line.substr(blank + 1) : std::string_view(), ' ');
   if (hasArguments ? args.size() < row->minArgs : row->minArgs > 0) {
-    out << "Error (missing arguments, expected at least " << row->minArgs << "): " << line << std::endl;
+    out() << "Error (missing arguments, expected at least " << row->minArgs << "): " << line << std::endl;
     return false;
   }
   if (hasArguments && args.size() > row->maxArgs) {
-    out << "Error (too many arguments, expected at most " << row->maxArgs << "): " << line << std::endl;
+    out() << "Error (too many arguments, expected at most " << row->maxArgs << "): " << line << std::endl;
     return false;
   }
   if (row->stopsSearch) player.stopSearch();
@@ -111,21 +111,21 @@ void WBEngine::testGameEnd() {
 
 void WBEngine::showBoard() {
   boardChanged = false;
-  printBoard(player.board, out);
+  printBoard(player.board, out());
 }
 
 // Runs on the first search thread. The board is printed here rather than flagged for the
 // command loop, which may be reading the flag at this moment.
 void WBEngine::makeEngineMove(Move move) {
-  if (player.shouldOfferDraw(move)) out << "offer draw" << std::endl;
+  if (player.shouldOfferDraw(move)) out() << "offer draw" << std::endl;
   const std::string text = moveToText(move);
-  out << "# making engine move: " << text << std::endl;
+  out() << "# making engine move: " << text << std::endl;
   player.commitMove(move);
-  out << "move " << text << std::endl;
-  if (!isNoMove(player.ponderMove)) out << "# ponder move: " << moveToText(player.ponderMove) << std::endl;
-  printBoard(player.board, out);
+  out() << "move " << text << std::endl;
+  if (!isNoMove(player.ponderMove)) out() << "# ponder move: " << moveToText(player.ponderMove) << std::endl;
+  printBoard(player.board, out());
   testGameEnd();
-  out.flush();
+  out().flush();
   if (autoMode) engineColor = sideToMove();
 }
 

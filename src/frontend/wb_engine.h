@@ -30,6 +30,8 @@ class WBEngine final : public EngineInterface {
   // Called by the search with the move it chose.
   void makeEngineMove(Move move) override;
 
+  // Before the player, which prints through it.
+  Console console;
   SearchClock clock;
   ChessPlayer player;
   std::atomic<std::uint32_t> engineColor{NoColor};  // "auto" runs beside a search
@@ -94,7 +96,8 @@ class WBEngine final : public EngineInterface {
 
   bool takeBack(std::uint32_t plies);
 
-  std::ostream& out;
+  std::ostream& out() { return console.stream(); }
+
   std::FILE* in;
 };
 

@@ -45,8 +45,8 @@ void copyOptionPath(OptionPath& field, std::string_view value) {
   field[length] = '\0';
 }
 
-ChessPlayer::ChessPlayer(SearchClock& clock, std::ostream& out)
-    : clock(clock), out(out), maxCores(usableCores(std::thread::hardware_concurrency())) {}
+ChessPlayer::ChessPlayer(SearchClock& clock, Console& console)
+    : clock(clock), console(console), maxCores(usableCores(std::thread::hardware_concurrency())) {}
 
 ChessPlayer::~ChessPlayer() {
   stopSearch();
@@ -99,15 +99,15 @@ bool ChessPlayer::checkGameEnd() {
   generateLegalMoves(board, moves);
   bool ended = true;
   if (moves.count == 0 && sideToMoveInCheck(board)) {
-    out << (board.sideToMove == Black ? "1-0 {White wins by checkmate}" : "0-1 {Black wins by checkmate}") << std::endl;
+    out() << (board.sideToMove == Black ? "1-0 {White wins by checkmate}" : "0-1 {Black wins by checkmate}") << std::endl;
   } else if (moves.count == 0) {
-    out << "1/2-1/2 {Stalemate}" << std::endl;
+    out() << "1/2-1/2 {Stalemate}" << std::endl;
   } else {
     // Repetition and the fifty-move rule are only claimed by a draw offer, never declared here.
     DrawCode code = NoDrawCode;
     drawStatus(board, code);
     ended = code == InsufficientMaterialDraw;
-    if (ended) out << "1/2-1/2 {Draw by insufficient material}" << std::endl;
+    if (ended) out() << "1/2-1/2 {Draw by insufficient material}" << std::endl;
   }
   return ended;
 }
@@ -126,20 +126,20 @@ bool ChessPlayer::shouldOfferDraw(Move move) {
 
 void ChessPlayer::setCores(std::uint32_t wanted) {
   cores = std::min(wanted, maxCores);
-  out << "# will now use " << cores << " cores (requested=" << wanted << ", current=" << activeCores
+  out() << "# will now use " << cores << " cores (requested=" << wanted << ", current=" << activeCores
       << ", max=" << maxCores << ")" << std::endl;
 }
 
 void ChessPlayer::setTtHashSizeMB(std::uint32_t sizeMB) {
   stopSearch();
   ttHashSizeMB = sizeMB;
-  ttHash.resize(sizeMB, "TT hash", out);
+  ttHash.resize(sizeMB, "TT hash", out());
 }
 
 void ChessPlayer::setPawnHashSizeMB(std::uint32_t sizeMB) {
   stopSearch();
   pawnHashSizeMB = sizeMB;
-  pawnHash.resize(sizeMB, "Pawn hash", out);
+  pawnHash.resize(sizeMB, "Pawn hash", out());
 }
 
 void ChessPlayer::setGtbCacheSizeMB(std::uint32_t sizeMB) {
@@ -173,7 +173,7 @@ bool ChessPlayer::randomMove(Move& move) { return pickRandomMove(board, move); }
 void ChessPlayer::playRandomGames(std::uint64_t count) {
   stopSearch();
   const bool previous = randGame.exchange(true);
-  runRandomGames(board, count, out);
+  runRandomGames(board, count, out());
   randGame = previous;
   setStartPosition(board);
   gamePly = 0;

@@ -12,6 +12,7 @@
 
 #include "board/board.h"
 #include "book/book.h"
+#include "search/console.h"
 #include "diagnostics/perft.h"
 #include "eval/pawn_hash.h"
 #include "search/engine_interface.h"
@@ -37,7 +38,7 @@ class SearchThread;
 
 class ChessPlayer final : public SearchInterface {
  public:
-  ChessPlayer(SearchClock& clock, std::ostream& out);
+  ChessPlayer(SearchClock& clock, Console& console);
   ~ChessPlayer();
   ChessPlayer(const ChessPlayer&) = delete;
   ChessPlayer& operator=(const ChessPlayer&) = delete;
@@ -97,7 +98,7 @@ class ChessPlayer final : public SearchInterface {
   void printSearchStats() override;
 
   SearchClock& clock;
-  std::ostream& out;
+  Console& console;
   EngineInterface* engine = nullptr;
 
   Board_0x88 board;
@@ -134,6 +135,7 @@ class ChessPlayer final : public SearchInterface {
   std::uint32_t activeCores = 0;
 
  private:
+  std::ostream& out() { return console.stream(); }
   void openBook();
   bool bookMove(Move& move);
   Move searchForMove();

@@ -23,8 +23,8 @@ std::uint64_t percentOf(std::uint64_t part, std::uint64_t whole) { return whole 
 }  // namespace
 
 void ChessPlayer::createMissingTables() {
-  if (!ttHash.exists()) ttHash.resize(ttHashSizeMB, "TT hash", out);
-  if (!pawnHash.exists()) pawnHash.resize(pawnHashSizeMB, "Pawn hash", out);
+  if (!ttHash.exists()) ttHash.resize(ttHashSizeMB, "TT hash", out());
+  if (!pawnHash.exists()) pawnHash.resize(pawnHashSizeMB, "Pawn hash", out());
 }
 
 void ChessPlayer::syncThreads(bool force) {
@@ -68,7 +68,7 @@ bool ChessPlayer::isIdle() const {
 // A random move when asked for one, else a book move on a clock (never in analysis), else a search.
 void ChessPlayer::searchJob() {
   clock.startClock();
-  if (clock.timeLimited) clock.computeMaxTime(gamePly, out);
+  if (clock.timeLimited) clock.computeMaxTime(gamePly, out());
   Move move = NoMove;
   const bool quickMove = (randGame && randomMove(move)) || (clock.timeLimited && useBook && bookMove(move));
   if (!quickMove)
@@ -92,7 +92,7 @@ bool ChessPlayer::bookMove(Move& move) {
 
 Move ChessPlayer::searchForMove() {
   pawnHash.hits.store(0, std::memory_order_relaxed);
-  clock.correctMaxTimeOutOfBook(gamePly, outOfBook, out);
+  clock.correctMaxTimeOutOfBook(gamePly, outOfBook, out());
   Move move = NoMove;
   Move ponder = NoMove;
   threads[0]->searcher.runSearch(board, move, ponder);
@@ -126,15 +126,15 @@ bool ChessPlayer::checkTimeout() {
   if (threads[0]->searcher.stats.nodes.get() % 4096 != 0) return false;
   if (!clock.timeLimited) return false;
   if (clock.elapsed() - clock.searchStart < clock.maxTime) return false;
-  out << "# timeout" << std::endl;
+  out() << "# timeout" << std::endl;
   return true;
 }
 
 void ChessPlayer::printAnalysisLine(unsigned depth, int score, const PvLine& line) {
   if (!post) return;
-  out << depth << ' ' << score << ' ' << clock.elapsed() - clock.searchStart << ' ' << totalNodes();
-  for (std::uint16_t i = 0; i < line.count; ++i) out << ' ' << moveToText(line.moves[i]);
-  out << std::endl;
+  out() << depth << ' ' << score << ' ' << clock.elapsed() - clock.searchStart << ' ' << totalNodes();
+  for (std::uint16_t i = 0; i < line.count; ++i) out() << ' ' << moveToText(line.moves[i]);
+  out() << std::endl;
 }
 
 void ChessPlayer::printSearchStats() {
@@ -152,17 +152,17 @@ void ChessPlayer::printSearchStats() {
   const std::uint64_t pawnHashHits = pawnHash.hits.load(std::memory_order_relaxed);
   const std::int64_t time = clock.elapsed() - clock.searchStart;
   const std::uint64_t nps = time > 0 ? nodes * 100 / std::uint64_t(time) : 0;
-  out << "# total nodes = " << nodes << ", QS nodes = " << qsNodes << " (" << percentOf(qsNodes, nodes)
+  out() << "# total nodes = " << nodes << ", QS nodes = " << qsNodes << " (" << percentOf(qsNodes, nodes)
       << "%), time = " << time << ", nps = " << nps << '\n';
-  out << "# cutoffs = " << cutoffs << ", cutoffs on 1st move = " << cutoffsFirst << " ("
+  out() << "# cutoffs = " << cutoffs << ", cutoffs on 1st move = " << cutoffsFirst << " ("
       << percentOf(cutoffsFirst, cutoffs) << "%)\n";
-  out << "# qsCutoffs = " << qsCutoffs << ", qsCutoffs on 1st move = " << qsCutoffsFirst << " ("
+  out() << "# qsCutoffs = " << qsCutoffs << ", qsCutoffs on 1st move = " << qsCutoffsFirst << " ("
       << percentOf(qsCutoffsFirst, qsCutoffs) << "%)\n";
-  out << "# allCutoffs = " << cutoffs + qsCutoffs << ", all cutoffs on 1st move = " << cutoffsFirst + qsCutoffsFirst
+  out() << "# allCutoffs = " << cutoffs + qsCutoffs << ", all cutoffs on 1st move = " << cutoffsFirst + qsCutoffsFirst
       << " (" << percentOf(cutoffsFirst + qsCutoffsFirst, cutoffs + qsCutoffs) << "%)\n";
-  out << "# ttHashFull% = " << ttHash.fillPercent() << ", ttHashHits = " << ttHits << '\n';
-  out << "# pawnHashFull% = " << pawnHash.fillPercent() << ", pawnHashHits = " << pawnHashHits << '\n';
-  out << "# tbHits = " << tbHits << std::endl;
+  out() << "# ttHashFull% = " << ttHash.fillPercent() << ", ttHashHits = " << ttHits << '\n';
+  out() << "# pawnHashFull% = " << pawnHash.fillPercent() << ", pawnHashHits = " << pawnHashHits << '\n';
+  out() << "# tbHits = " << tbHits << std::endl;
 }
 
 }  // namespace torvy

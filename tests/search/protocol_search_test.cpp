@@ -72,6 +72,34 @@ TEST(ProtocolSearch, ShortGameOnAClock) {
   EXPECT_EQ(out.back(), "1-0 {White wins by checkmate}");
 }
 
+// A front end that pings while the engine plays both sides: the search thread's lines and the
+// command loop's answers must never tear or merge, and every pong comes, in order.
+TEST(ProtocolSearch, OutputLinesStayWholeWhileCommandsArriveDuringSearches) {
+  constexpr int Pings = 3000;
+  const std::regex wholeLine(
+      "#.*|pong [0-9]+|feature .*|Error \\(.*|offer draw|move [a-h][1-8][a-h][1-8][qrbn]?|"
+      "[0-9]+ -?[0-9]+ [0-9]+ [0-9]+( [a-h][1-8][a-h][1-8][qrbn]?)*|(1-0|0-1|1/2-1/2) \\{.*\\}|");
+  for (const std::string cores : {"1", "2"}) {
+    SCOPED_TRACE(cores + " cores");
+    // Two pings at a time with a short pause, so that they meet the searches rather than all
+    // arriving before the first move.
+    std::vector<ScriptStep> steps{{"xboard\nprotover 2\nnew\npost\nsd 2\nauto\n"}};
+    for (int i = 1; i <= Pings; i += 2)
+      steps.push_back({"ping " + std::to_string(i) + "\nping " + std::to_string(i + 1) + "\n", 1});
+    const auto run = runEngineScripted(steps, {"-cores", cores});
+    ASSERT_FALSE(run.timedOut);
+    int pong = 0;
+    for (const std::string& line : run.lines) {
+      EXPECT_TRUE(std::regex_match(line, wholeLine) && line.find("pong", 1) == std::string::npos) << line;
+      if (startsWith(line, "pong ")) {
+        EXPECT_EQ(line, "pong " + std::to_string(++pong));
+      }
+    }
+    EXPECT_EQ(pong, Pings);
+    EXPECT_GT(countStarting(run.lines, "move "), 1);
+  }
+}
+
 // In analysis, even from force mode, "usermove", "undo", a refused "setboard" and "new" each
 // start the analysis again; it ends cleanly with "exit" or with the input, and gives no move.
 TEST(ProtocolSearch, AnalysisRestartsAfterEachChangeAndEndsWithTheInput) {
