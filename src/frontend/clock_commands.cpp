@@ -20,6 +20,7 @@ bool WBEngine::handleLevel(const Arguments& args) {
 }
 
 bool WBEngine::handleTime(const Arguments& args) {
+  const std::lock_guard lock(gameMutex);
   clock.setRemainingTime(std::atoi(args[0].c_str()), player.gamePly);
   return true;
 }

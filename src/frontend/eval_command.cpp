@@ -5,6 +5,7 @@
 namespace torvy {
 
 bool WBEngine::handleEval(const Arguments&) {
+  const std::lock_guard lock(gameMutex);
   evaluationReport(player.board, player.pawnHash, out());
   return true;
 }

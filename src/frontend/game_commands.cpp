@@ -98,6 +98,7 @@ bool WBEngine::handleExit(const Arguments&) {
 
 // The engine plays both sides until "force" or "new"; any argument is ignored.
 bool WBEngine::handleAuto(const Arguments&) {
+  const std::lock_guard lock(gameMutex);
   autoMode = true;
   forceMode = false;
   analyzeMode = false;

@@ -117,6 +117,7 @@ void WBEngine::showBoard() {
 // Runs on the first search thread. The board is printed here rather than flagged for the
 // command loop, which may be reading the flag at this moment.
 void WBEngine::makeEngineMove(Move move) {
+  const std::lock_guard lock(gameMutex);
   if (player.shouldOfferDraw(move)) out() << "offer draw" << std::endl;
   const std::string text = moveToText(move);
   out() << "# making engine move: " << text << std::endl;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <atomic>
+#include <mutex>
 #include <cstdint>
 #include <cstdio>
 #include <ostream>
@@ -97,6 +98,11 @@ class WBEngine final : public EngineInterface {
   bool takeBack(std::uint32_t plies);
 
   std::ostream& out() { return console.stream(); }
+
+  // Held by the first search thread while it publishes its move, and by the commands that read
+  // or change the game beside a search ("eval", "time", "auto"): they see the game before the
+  // move or after it, never half made.
+  std::mutex gameMutex;
 
   std::FILE* in;
 };

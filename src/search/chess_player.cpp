@@ -167,7 +167,7 @@ void ChessPlayer::setupTablebases(std::string_view type, const char* path) {
   tablebases.setup(type, gtbPath, gtbCacheSizeMB);
 }
 
-bool ChessPlayer::randomMove(Move& move) { return pickRandomMove(board, move); }
+bool ChessPlayer::randomMove(Move& move) { return pickRandomMove(quickMoveBoard(), move); }
 
 // Random games run on the game board itself, so a search that reads it is stopped first.
 void ChessPlayer::playRandomGames(std::uint64_t count) {

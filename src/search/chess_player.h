@@ -73,8 +73,6 @@ class ChessPlayer final : public SearchInterface {
   // gtbPath when none is given.
   void setupTablebases(std::string_view type, const char* path = nullptr);
 
-  // A random legal move of the game board; false when there is none.
-  bool randomMove(Move& move);
   // The random games report; the game in progress is lost and the start position set up.
   void playRandomGames(std::uint64_t count);
 
@@ -137,6 +135,10 @@ class ChessPlayer final : public SearchInterface {
  private:
   std::ostream& out() { return console.stream(); }
   void openBook();
+  // Thread 0's own board, set to the game's position: the random and book moves are found there.
+  Board_0x88& quickMoveBoard();
+  // A random legal move of the game's position; false when there is none.
+  bool randomMove(Move& move);
   bool bookMove(Move& move);
   Move searchForMove();
   void stopHelpers();

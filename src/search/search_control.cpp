@@ -85,9 +85,17 @@ void ChessPlayer::openBook() {
   if (!book) book = createBook(bookFilePath);
 }
 
+// The legality checks make moves, and the helpers may be copying the game board right now;
+// thread 0's search would fill its own board with the game's position anyway.
+Board_0x88& ChessPlayer::quickMoveBoard() {
+  Board_0x88& own = threads[0]->searcher.board;
+  own = board;
+  return own;
+}
+
 bool ChessPlayer::bookMove(Move& move) {
   openBook();
-  return lookupBookMove(*book, board, move);
+  return lookupBookMove(*book, quickMoveBoard(), move);
 }
 
 Move ChessPlayer::searchForMove() {

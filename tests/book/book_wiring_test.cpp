@@ -46,8 +46,8 @@ class BookWiring : public ::testing::Test {
   Play play(const std::string& commands, const std::vector<std::string>& args = {}) {
     return playOf(testing::runEngine("xboard\n" + commands, args, std::chrono::seconds(60), folder.path()));
   }
-  Play playScripted(const std::vector<testing::ScriptStep>& steps) {
-    return playOf(testing::runEngineScripted(steps, {}, std::chrono::seconds(60), folder.path()));
+  Play playScripted(const std::vector<testing::ScriptStep>& steps, const std::vector<std::string>& args = {}) {
+    return playOf(testing::runEngineScripted(steps, args, std::chrono::seconds(60), folder.path()));
   }
   testing::ScratchFolder folder;
 };
@@ -55,8 +55,17 @@ class BookWiring : public ::testing::Test {
 TEST_F(BookWiring, ABookMoveComesAtOnceBeforeAnySearch) {
   EXPECT_EQ(play("new\ngo\n").bookMove(), "e2e4");
   EXPECT_EQ(play("new\nnobook\nbook\nsd 1\ngo\n").bookMove(), "e2e4") << "a fixed depth is still on a clock";
-  // With helpers too: they are stopped before the move is made.
-  EXPECT_EQ(play("new\ngo\n", {"-cores", "2"}).bookMove(), "e2e4");
+}
+
+// The helpers start beside thread 0's book and random moves and are stopped before the move is
+// made; commands that don't stop a search arrive while one runs. The race-checking build runs it.
+TEST_F(BookWiring, HelpersRunBesideBookAndRandomMovesAndCommandsDuringSearches) {
+  const Play game = playScripted({{"xboard\nnew\nsd 3\ngo\n", 0, "move "},
+                                  {"usermove e7e5\neval\nping 1\ntime 3000\nlevel 40 5 0\npost\neval\n", 0, "move "},
+                                  {"new\nrandgame\ngo\n", 0, "move "}},
+                                 {"-cores", "2"});
+  EXPECT_EQ(game.bookMove(), "e2e4");
+  EXPECT_EQ(game.moves.size(), 3u);
 }
 
 // Switched off, missing, damaged or without a legal move for the position, the book leaves the
