@@ -14,9 +14,9 @@
 #include <thread>
 
 #include "board/fen.h"
+#include "diagnostics/fixed_depth_search.h"
 #include "eval/evaluate.h"
 #include "search/chess_player.h"
-#include "search/searcher.h"
 
 namespace torvy {
 namespace {
@@ -71,14 +71,6 @@ double secondsSince(std::chrono::steady_clock::time_point start) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// The clock never runs out and nothing is printed: only the counters matter here.
-class QuietPlayer : public SearchInterface {
- public:
-  bool checkTimeout() override { return false; }
-  void printAnalysisLine(unsigned, int, const PvLine&) override {}
-  void printSearchStats() override {}
-};
-
 // The calling thread's processor time: on a shared machine the wall clock also counts other work.
 double threadCpuSeconds() {
   timespec now{};
@@ -92,40 +84,14 @@ struct SearchRun {
   double cpuSeconds = 0;
 };
 
-// One Searcher, as thread 0 of a pool of one, with fresh tables for each position.
-class SingleThreadBench {
- public:
-  SingleThreadBench() {
-    std::ostringstream sink;
-    ttHash_.resize(BenchHashMB, "TT hash", sink);
-    pawnHash_.resize(BenchPawnHashMB, "Pawn hash", sink);
-  }
-
-  SearchRun run(const char* fen, unsigned depth) {
-    ttHash_.clear();
-    pawnHash_.clear();
-    clock_.timeLimited = false;
-    clock_.depthLimited = true;
-    clock_.maxDepth = depth;
-    auto game = std::make_unique<Board_0x88>();
-    setFromFen(*game, fen);
-    auto searcher =
-        std::make_unique<Searcher>(0, Searcher::Tables{&ttHash_, &pawnHash_, &tablebases_, &clock_, &player_});
-    Move best = NoMove;
-    Move ponder = NoMove;
-    const auto start = std::chrono::steady_clock::now();
-    const double cpuStart = threadCpuSeconds();
-    searcher->runSearch(*game, best, ponder);
-    return {searcher->stats.nodes.get(), secondsSince(start), threadCpuSeconds() - cpuStart};
-  }
-
- private:
-  TranspositionTable ttHash_;
-  PawnHashTable pawnHash_;
-  TablebaseState tablebases_;
-  SearchClock clock_;
-  QuietPlayer player_;
-};
+// Only the search itself is timed, not the set-up of the position.
+SearchRun runSingle(FixedDepthSearch& single, const char* fen, unsigned depth) {
+  single.setPosition(fen);
+  const auto start = std::chrono::steady_clock::now();
+  const double cpuStart = threadCpuSeconds();
+  const std::uint64_t nodes = single.search(depth);
+  return {nodes, secondsSince(start), threadCpuSeconds() - cpuStart};
+}
 
 // The engine's own pool, as a game would drive it, but searching to a fixed depth.
 class PoolBench {
@@ -182,12 +148,12 @@ int main(int argc, char** argv) {
 
   std::printf("Single thread, depth %u, %d positions\n", depth, PositionCount);
   std::printf("%3s %-20s %12s %9s %10s %9s %10s\n", "#", "position", "nodes", "ms", "nps", "cpu ms", "cpu nps");
-  SingleThreadBench single;
+  FixedDepthSearch single(BenchHashMB, BenchPawnHashMB);
   std::uint64_t totalNodes = 0;
   double totalSeconds = 0;
   double totalCpuSeconds = 0;
   for (int i = 0; i < PositionCount; ++i) {
-    const SearchRun r = single.run(Positions[i].fen, depth);
+    const SearchRun r = runSingle(single, Positions[i].fen, depth);
     totalNodes += r.nodes;
     totalSeconds += r.seconds;
     totalCpuSeconds += r.cpuSeconds;

@@ -89,18 +89,6 @@ TEST_F(SearchTest, MatesAndForcedMovesAreAnnounced) {
   }
 }
 
-TEST_F(SearchTest, FixedDepthSearchIsRepeatable) {
-  const char* fen = "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
-  const SearchResult first = search(fen, 5);
-  ttHash.clear();
-  pawnHash.clear();
-  const SearchResult second = search(fen, 5);
-  EXPECT_EQ(first.best, second.best);
-  EXPECT_EQ(first.nodes, second.nodes);
-  EXPECT_GT(first.nodes, 1000u);
-  EXPECT_FALSE(first.analysis.empty());
-}
-
 TEST_F(SearchTest, AnalysisAndStoppedSearchesGiveNoMove) {
   const SearchResult analysis = search(StartFen, 3, false);
   EXPECT_EQ(analysis.best, NoMove);
