@@ -11,9 +11,10 @@ set(TORVY_DOC_DIR ${CMAKE_INSTALL_DATAROOTDIR}/doc/torvy)
 # Debian wants manual pages and changelogs compressed at the highest level and without a
 # timestamp inside, so that two builds of the same source give the same package.
 find_program(TORVY_GZIP gzip REQUIRED)
+configure_file(${CMAKE_SOURCE_DIR}/doc/torvy.6.in ${CMAKE_BINARY_DIR}/packaging/torvy.6 @ONLY)
 configure_file(${CMAKE_SOURCE_DIR}/packaging/changelog.in ${CMAKE_BINARY_DIR}/packaging/changelog @ONLY)
 set(TORVY_GZIPPED)
-foreach(source ${CMAKE_SOURCE_DIR}/doc/torvy.6 ${CMAKE_BINARY_DIR}/packaging/changelog)
+foreach(source ${CMAKE_BINARY_DIR}/packaging/torvy.6 ${CMAKE_BINARY_DIR}/packaging/changelog)
   get_filename_component(name ${source} NAME)
   set(copy ${CMAKE_BINARY_DIR}/packaging/gz/${name})
   add_custom_command(OUTPUT ${copy}.gz
