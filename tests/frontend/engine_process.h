@@ -71,6 +71,8 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
   signal(SIGPIPE, SIG_IGN);  // an engine that ends early must not take the test with it
   // Chosen before the fork: a folder made in the child would be neither shared nor removed.
   const std::string folder = directory.empty() ? detail::quietDirectory() : directory;
+  // TORVY_ENGINE runs the same tests on another build of the engine, such as an installed one.
+  const char* const engine = std::getenv("TORVY_ENGINE") ? std::getenv("TORVY_ENGINE") : TORVY_BINARY;
   const pid_t child = fork();
   if (child < 0) return result;
   if (child == 0) {
@@ -78,10 +80,10 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
     dup2(output[1], STDOUT_FILENO);
     for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
     if (chdir(folder.c_str()) != 0) _exit(126);
-    std::vector<char*> argv{const_cast<char*>(TORVY_BINARY)};
+    std::vector<char*> argv{const_cast<char*>(engine)};
     for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
     argv.push_back(nullptr);
-    execv(TORVY_BINARY, argv.data());
+    execv(engine, argv.data());
     _exit(127);
   }
   close(input[0]);
