@@ -31,6 +31,7 @@ class FixedDepthSearch final : SearchInterface {
   bool checkTimeout() override { return false; }
   void printAnalysisLine(unsigned, int, const PvLine&) override {}
   void printSearchStats() override {}
+  void printSearchNote(std::string_view) override {}
 
   TranspositionTable ttHash;
   PawnHashTable pawnHash;

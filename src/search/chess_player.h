@@ -94,6 +94,7 @@ class ChessPlayer final : public SearchInterface {
   bool checkTimeout() override;
   void printAnalysisLine(unsigned depth, int score, const PvLine& line) override;
   void printSearchStats() override;
+  void printSearchNote(std::string_view line) override;
 
   SearchClock& clock;
   Console& console;

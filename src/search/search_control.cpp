@@ -1,6 +1,5 @@
 // ChessPlayer's side of the search: the thread pool, the search job of thread 0 and the
 // helpers', and the clock check and output that the threads call back for.
-#include <iostream>
 
 #include "board/move_text.h"
 #include "search/chess_player.h"
@@ -144,6 +143,8 @@ void ChessPlayer::printAnalysisLine(unsigned depth, int score, const PvLine& lin
   for (std::uint16_t i = 0; i < line.count; ++i) out() << ' ' << moveToText(line.moves[i]);
   out() << std::endl;
 }
+
+void ChessPlayer::printSearchNote(std::string_view line) { out() << line << std::endl; }
 
 void ChessPlayer::printSearchStats() {
   pawnHash.flushHits();  // this thread's; the helpers' hits lag by less than a batch each

@@ -1,7 +1,6 @@
 // The top of the search: the root evaluation, iterative deepening with an aspiration window,
 // the root search of one iteration and thread 0's decisions to stop early.
 #include <algorithm>
-#include <iostream>
 
 #include "board/draw_rules.h"
 #include "board/fen.h"
@@ -129,7 +128,6 @@ void Searcher::runIterations(Move& bestMove, Move& ponderMove) {
     depth += step;
     if (depth > MaxIterationDepth) break;
   }
-  std::cout << std::flush;
   if (threadIndex != 0) return;
   if (timeLimited && !abortFlag.load(std::memory_order_relaxed)) {
     bestMove = bestLine.first();
@@ -147,8 +145,8 @@ bool Searcher::checksAfterIteration(int depth, int rootMoves, int best, int mate
   const std::int32_t sinceStart = clock->elapsed() - clock->searchStart;
   const bool timeLimited = clock->timeLimited;
   const std::int32_t maxTime = clock->maxTime;
-  auto say = [](const std::string& line) {
-    std::cout << line << std::endl;
+  auto say = [this](const std::string& line) {
+    player->printSearchNote(line);
     return true;
   };
   if (depth == 1 && rootMoves == 1) return say("# forced move: " + text);

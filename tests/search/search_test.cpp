@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 #include <tuple>
+#include <utility>
 
 #include "board/fen.h"
 #include "board/move_text.h"
@@ -24,8 +25,10 @@ class RecordingPlayer : public SearchInterface {
     lines.push_back(text.str());
   }
   void printSearchStats() override {}
+  void printSearchNote(std::string_view line) override { notes.append(line).append("\n"); }
 
   std::vector<std::string> lines;
+  std::string notes;
 };
 
 struct SearchResult {
@@ -55,9 +58,8 @@ class SearchTest : public ::testing::Test {
     auto searcher = std::make_unique<Searcher>(0, Searcher::Tables{&ttHash, &pawnHash, &tablebases, &clock, &player});
     if (stopBeforeStart) searcher->requestStop(true);
     SearchResult result;
-    ::testing::internal::CaptureStdout();
     searcher->runSearch(*game, result.best, result.ponder);
-    result.output = ::testing::internal::GetCapturedStdout();
+    result.output = std::exchange(player.notes, "");
     result.nodes = searcher->stats.nodes.get();
     result.analysis = player.lines;
     player.lines.clear();
