@@ -4,7 +4,12 @@
 
 namespace torvy {
 
+// The king terms need both kings.
 bool WBEngine::handleEval(const Arguments&) {
+  if (player.kingMissing()) {
+    out << MissingKingError << std::endl;
+    return false;
+  }
   evaluationReport(player.board, player.pawnHash, out);
   return true;
 }
