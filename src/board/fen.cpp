@@ -134,12 +134,6 @@ bool setFromFen(Board_0x88& board, const char* text) {
   const FieldEnd end = readEnPassant(board, p);
   if (end == FieldEnd::Failed) return false;
   if (end == FieldEnd::Blank && !readCounters(board, p)) return false;
-  // A side that could capture the king is no position of a game; refuse it rather than let
-  // the search take a king.
-  CheckInfo info;
-  const bool opponentInCheck = board.sideToMove == White ? isKingAttacked<Black>(board, info)
-                                                         : isKingAttacked<White>(board, info);
-  if (opponentInCheck) return false;
   board.lightKeys[board.lightIndex] = board.history[0].key;
   return true;
 }

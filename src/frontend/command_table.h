@@ -1,4 +1,5 @@
-// The commands the engine knows, with their argument counts and whether they stop a search first.
+// The commands the engine knows, with their argument counts, whether they stop a search first
+// and whether they need a position.
 #pragma once
 
 #include <cstdint>
@@ -19,6 +20,7 @@ struct CommandRow {
   std::uint32_t minArgs;
   std::uint32_t maxArgs;
   bool stopsSearch;
+  bool needsPosition;  // refused while a failed set-up has left no position
 };
 
 // The first row with exactly this name, case counting, or nullptr: unknown commands are ignored.

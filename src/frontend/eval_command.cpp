@@ -4,8 +4,13 @@
 
 namespace torvy {
 
+// The king terms need both kings.
 bool WBEngine::handleEval(const Arguments&) {
   const std::lock_guard lock(gameMutex);
+  if (player.kingMissing()) {
+    out() << MissingKingError << std::endl;
+    return false;
+  }
   evaluationReport(player.board, player.pawnHash, out());
   return true;
 }

@@ -40,7 +40,7 @@ bool WBEngine::handleUsermove(const Arguments& args) {
     return false;
   }
   if (player.recordFull()) {
-    out() << "Error (no room for another move in the game record): " << text << std::endl;
+    out() << RecordFullError << ": " << text << std::endl;
     return false;
   }
   if (text.size() != 4 && text.size() != 5) {
@@ -65,6 +65,7 @@ bool WBEngine::handleGo(const Arguments&) {
     out() << "Error (cannot make a move at end of game)" << std::endl;
     return false;
   }
+  if (!canSearch()) return false;
   engineColor = sideToMove();
   forceMode = false;
   analyzeMode = false;
@@ -80,6 +81,7 @@ bool WBEngine::handlePlayother(const Arguments&) {
 
 bool WBEngine::handleAnalyze(const Arguments&) {
   if (analyzeMode) return true;
+  if (!canSearch()) return false;
   analyzeMode = true;
   engineColor = sideToMove();
   clock.timeLimited = false;
@@ -99,6 +101,7 @@ bool WBEngine::handleExit(const Arguments&) {
 // The engine plays both sides until "force" or "new"; any argument is ignored.
 bool WBEngine::handleAuto(const Arguments&) {
   const std::lock_guard lock(gameMutex);
+  if (!canSearch()) return false;
   autoMode = true;
   forceMode = false;
   analyzeMode = false;
@@ -110,7 +113,7 @@ bool WBEngine::handleSetboard(const Arguments& args) {
   std::string fen = args[0];
   for (std::size_t i = 1; i < args.size(); ++i) fen += ' ' + args[i];
   const bool ok = player.setPosition(fen.c_str());
-  // The state changes even when the text was refused: the game then goes on from the old position.
+  // The state changes even when the text was refused; there is then no board to show.
   if (analyzeMode) {
     engineColor = sideToMove();
   } else {
@@ -118,7 +121,7 @@ bool WBEngine::handleSetboard(const Arguments& args) {
     forceMode = true;
   }
   gameOver = false;
-  boardChanged = true;
+  boardChanged = ok;
   return ok;
 }
 

@@ -46,17 +46,17 @@ bool WBEngine::handleEgtpath(const Arguments& args) {
   return true;
 }
 
-// NAME=VALUE; a NAME without "=" has an empty value, which no size accepts and which empties a
-// path. Anything behind a second "=" is dropped. An accepted value stops a running search before
-// its line, since every option replaces something the search uses; the command loop then starts
-// the search again on what is new.
+// NAME=VALUE; a NAME without "=" has an empty value, which no size accepts (not even as the
+// number 0) and which empties a path. Anything behind a second "=" is dropped. An accepted
+// value stops a running search before its line, since every option replaces something the
+// search uses; the command loop then starts the search again on what is new.
 bool WBEngine::handleOption(const Arguments& args) {
   const Arguments parts = split(args[0], '=');
   const std::string& name = parts[0];
   const std::string value = parts.size() > 1 ? parts[1] : std::string();
   if (const SizeOption* size = findOption(SizeOptions, name)) {
     const int number = std::atoi(value.c_str());
-    if (!size->accepts(number)) {
+    if (parts.size() == 1 || !size->accepts(number)) {
       out() << "Error (illegal value for '" << name << "' option): " << value << std::endl;
       return false;
     }

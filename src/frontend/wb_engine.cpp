@@ -91,22 +91,44 @@ bool WBEngine::dispatch(std::string_view line) {
     out() << "Error (too many arguments, expected at most " << row->maxArgs << "): " << line << std::endl;
     return false;
   }
+  if (row->needsPosition && !player.hasPosition) {
+    out() << "Error (no position since a refused setboard): " << line << std::endl;
+    return false;
+  }
   if (row->stopsSearch) player.stopSearch();
   return (this->*row->handler)(args);
 }
 
 void WBEngine::decideNextStep() {
+  if (!player.hasPosition) return;
   testGameEnd();
-  // A full game record has no room for the engine's move, so the engine stops playing there.
-  if (sideToMove() == engineColor && !player.recordFull()) player.startSearch();
+  if (sideToMove() != engineColor) return;
+  // Said once: the engine then stands aside until a command hands it the move again.
+  if (canSearch())
+    player.startSearch();
+  else
+    standAside();
 }
 
 void WBEngine::testGameEnd() {
   if (!gameOver) gameOver = player.checkGameEnd();
-  if (gameOver) {
-    engineColor = NoColor;
-    forceMode = true;
-  }
+  if (gameOver) standAside();
+}
+
+// A search needs both kings and a side to move that can't take a king; its move needs room in
+// the record.
+bool WBEngine::canSearch() {
+  const char* refusal = player.kingMissing()      ? MissingKingError
+                        : player.kingCapturable() ? KingCapturableError
+                        : player.recordFull()     ? RecordFullError
+                                                  : nullptr;
+  if (refusal != nullptr) out() << refusal << std::endl;
+  return refusal == nullptr;
+}
+
+void WBEngine::standAside() {
+  engineColor = NoColor;
+  forceMode = true;
 }
 
 void WBEngine::showBoard() {

@@ -18,6 +18,11 @@ namespace torvy {
 constexpr const char* ProgramName = "Torvy";
 constexpr const char* ProgramVersion = "0.6.51";
 
+// Why the engine won't search or evaluate a position.
+constexpr const char* MissingKingError = "Error (illegal position): a king is missing";
+constexpr const char* KingCapturableError = "Error (illegal position): the side not to move is in check";
+constexpr const char* RecordFullError = "Error (no room for another move in the game record)";
+
 class WBEngine final : public EngineInterface {
  public:
   WBEngine(std::ostream& out, std::FILE* in);
@@ -57,6 +62,10 @@ class WBEngine final : public EngineInterface {
   void decideNextStep();
   // An ended game stays ended, with the engine on neither side, until a command reopens it.
   void testGameEnd();
+  // Whether the engine can search the game's position and make its move; if not, an error
+  // line says why.
+  bool canSearch();
+  void standAside();
   void showBoard();
   Color sideToMove() const { return player.board.sideToMove; }
 

@@ -37,6 +37,11 @@ bool sideToMoveInCheck(const Board_0x88& board) {
   return board.sideToMove == White ? findCheck<White>(board, info) : findCheck<Black>(board, info);
 }
 
+bool sideNotToMoveInCheck(const Board_0x88& board) {
+  CheckInfo info;
+  return board.sideToMove == White ? findCheck<Black>(board, info) : findCheck<White>(board, info);
+}
+
 }  // namespace
 
 void copyOptionPath(OptionPath& field, std::string_view value) {
@@ -62,37 +67,45 @@ void ChessPlayer::newGame() {
   createMissingTables();
   syncThreads(!first);
   setStartPosition(board);
-  gamePly = 0;
-  firstUndoablePly = 0;
+  startRecord(0);
   outOfBook = false;
 }
 
+void ChessPlayer::startRecord(std::uint32_t ply) {
+  gamePly = ply;
+  recordStartPly = ply;
+  hasPosition = true;
+}
+
 void ChessPlayer::commitMove(Move move) {
-  gameMoves[gamePly] = move;
-  makeOnBoard(board, move, gameUndo[gamePly]);
+  const std::uint32_t index = recordLength();
+  gameMoves[index] = move;
+  makeOnBoard(board, move, gameUndo[index]);
   ++gamePly;
 }
 
 bool ChessPlayer::takeBack(std::uint32_t plies) {
-  if (gamePly < firstUndoablePly + plies) return false;
+  if (recordLength() < plies) return false;
   for (std::uint32_t i = 0; i < plies; ++i) {
     --gamePly;
-    unmakeOnBoard(board, gameMoves[gamePly], gameUndo[gamePly]);
+    unmakeOnBoard(board, gameMoves[recordLength()], gameUndo[recordLength()]);
   }
   return true;
 }
 
 bool ChessPlayer::setPosition(const char* fen) {
-  // A failed set-up leaves the board unusable, so the game goes on from a copy of it.
-  const Board_0x88 previous = board;
-  if (!setFromFen(board, fen)) {
-    board = previous;
-    return false;
-  }
-  // The ply count runs on for the clock, but nothing before the set-up can be taken back.
-  firstUndoablePly = gamePly;
-  return true;
+  // The ply count runs on for the clock; the record and its room start afresh.
+  startRecord(gamePly);
+  // A failed set-up leaves the board half filled: the front end has no such board either.
+  hasPosition = setFromFen(board, fen);
+  return hasPosition;
 }
+
+bool ChessPlayer::kingMissing() const {
+  return board.kingSquare(White) == NoSquare || board.kingSquare(Black) == NoSquare;
+}
+
+bool ChessPlayer::kingCapturable() const { return sideNotToMoveInCheck(board); }
 
 bool ChessPlayer::checkGameEnd() {
   MoveList moves;
@@ -176,8 +189,7 @@ void ChessPlayer::playRandomGames(std::uint64_t count) {
   runRandomGames(board, count, out());
   randGame = previous;
   setStartPosition(board);
-  gamePly = 0;
-  firstUndoablePly = 0;
+  startRecord(0);
 }
 
 }  // namespace torvy

@@ -46,14 +46,19 @@ class ChessPlayer final : public SearchInterface {
   // Fresh tables (both "# new size of " lines print again after the first game) and the start position.
   void newGame();
 
-  bool recordFull() const { return gamePly >= MaxGameMoves; }
+  bool recordFull() const { return recordLength() >= MaxGameMoves; }
   // Appends to the game record and makes the move on the game board; the record must have room.
   void commitMove(Move move);
   // Takes back the last plies of the record; false, and nothing taken back, if there are fewer
   // since the start or the last set-up.
   bool takeBack(std::uint32_t plies);
-  // A new set-up position; on a text that can't be read the game stays as it was.
+  // A new set-up position, where the record starts again. On a text that can't be read there
+  // is no position at all until the next good set-up or new game.
   bool setPosition(const char* fen);
+
+  // Positions that FEN allows but no game reaches; the engine doesn't search them.
+  bool kingMissing() const;
+  bool kingCapturable() const;
 
   // Prints the result line of a mate, stalemate or dead position and answers whether it ended.
   bool checkGameEnd();
@@ -101,11 +106,13 @@ class ChessPlayer final : public SearchInterface {
   EngineInterface* engine = nullptr;
 
   Board_0x88 board;
+  // Plies since the start of the game, set-ups included, for the clock's count of full moves.
   std::uint32_t gamePly = 0;
+  // The record holds the moves since the start or the last set-up, whose gamePly this is.
+  std::uint32_t recordStartPly = 0;
   Move gameMoves[MaxGameMoves] = {};
   UndoRecord gameUndo[MaxGameMoves] = {};
-  // No record reaches behind a set-up position, so undo stops here.
-  std::uint32_t firstUndoablePly = 0;
+  bool hasPosition = true;
 
   TranspositionTable ttHash;
   std::uint32_t ttHashSizeMB = 256;
@@ -144,6 +151,8 @@ class ChessPlayer final : public SearchInterface {
   Move searchForMove();
   void stopHelpers();
   std::uint64_t totalNodes() const;
+  std::uint32_t recordLength() const { return gamePly - recordStartPly; }
+  void startRecord(std::uint32_t ply);
 
   bool firstNewGame = true;
   std::vector<std::unique_ptr<SearchThread>> threads;

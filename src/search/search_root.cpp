@@ -86,8 +86,10 @@ void Searcher::runIterations(Move& bestMove, Move& ponderMove) {
   int resolved = 0;
   int best = evaluateRootMoves<Us>(bestLine, rootMoves, resolved);
   if (rootMoves == 0 || resolved == rootMoves) {
-    // As after the iterations: an analysis or a stopped search gives no move.
+    // As after the iterations: an analysis or a stopped search gives no move, and only thread 0
+    // prints.
     if (rootMoves > 0 && timeLimited && !abortFlag.load(std::memory_order_relaxed)) bestMove = bestLine.first();
+    if (threadIndex != 0) return;
     player->printAnalysisLine(0, best, bestLine);
     player->printSearchStats();
     return;

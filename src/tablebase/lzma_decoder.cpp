@@ -27,6 +27,19 @@ bool readProperties(BlockInput properties, lzma_options_lzma& options) {
   return true;
 }
 
+// Decodes until the output holds outputSize bytes; the liblzma stream allocates for itself.
+bool decodeStream(const lzma_filter* filters, BlockInput stream, std::size_t outputSize, BlockOutput output) {
+  lzma_stream decoder = LZMA_STREAM_INIT;
+  if (lzma_raw_decoder(&decoder, filters) != LZMA_OK) return false;
+  decoder.next_in = stream.data();
+  decoder.avail_in = stream.size();
+  decoder.next_out = output.data();
+  decoder.avail_out = outputSize;
+  const lzma_ret result = lzma_code(&decoder, LZMA_FINISH);
+  lzma_end(&decoder);
+  return (result == LZMA_OK || result == LZMA_STREAM_END) && decoder.avail_out == 0;
+}
+
 }  // namespace
 
 bool decodeLzma(BlockInput input, std::size_t outputSize, BlockOutput output) {
@@ -36,22 +49,22 @@ bool decodeLzma(BlockInput input, std::size_t outputSize, BlockOutput output) {
 
   lzma_options_lzma options{};
   if (!readProperties(input.subspan(PropertiesOffset, 5), options)) return false;
-  // The stream has no end mark, so the decoder is told how much it is to produce; that also lets
-  // the branch filter flush its last bytes. The stream must end there: liblzma checks that it
-  // does, so a block that holds more than outputSize values is refused as damaged.
+  // The stream has no end mark. Told the size, the decoder sees where the stream ends, and the
+  // branch filter can convert its last bytes too; that is how the tables write their blocks.
   options.ext_flags = LZMA_LZMA1EXT_ALLOW_EOPM;
   options.ext_size_low = std::uint32_t(outputSize);
   options.ext_size_high = 0;
 
   lzma_filter lzmaOnly[] = {{LZMA_FILTER_LZMA1EXT, &options}, {LZMA_VLI_UNKNOWN, nullptr}};
   lzma_filter withX86[] = {{LZMA_FILTER_X86, nullptr}, {LZMA_FILTER_LZMA1EXT, &options}, {LZMA_VLI_UNKNOWN, nullptr}};
-
+  const lzma_filter* filters = filter == X86Filter ? withX86 : lzmaOnly;
   const BlockInput stream = input.subspan(StreamOffset);
-  std::size_t inPosition = 0;
-  std::size_t outPosition = 0;
-  const lzma_ret result = lzma_raw_buffer_decode(filter == X86Filter ? withX86 : lzmaOnly, nullptr, stream.data(),
-                                                 &inPosition, stream.size(), output.data(), &outPosition, outputSize);
-  return result == LZMA_OK && outPosition == outputSize;
+  if (decodeStream(filters, stream, outputSize, output)) return true;
+  // liblzma refuses a stream that goes on beyond the size it was told. Without the size it
+  // decodes such a stream too, and the block is what the first outputSize bytes are.
+  options.ext_size_low = std::uint32_t(LZMA_VLI_UNKNOWN);
+  options.ext_size_high = std::uint32_t(LZMA_VLI_UNKNOWN >> 32);
+  return decodeStream(filters, stream, outputSize, output);
 }
 
 }  // namespace torvy

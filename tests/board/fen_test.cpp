@@ -17,9 +17,9 @@ TEST(Fen, AcceptsAndRefuses) {
       {"4k3/8/8/8/8/8/8/4KR3 w - - 0 1", false}, {"4k3/8/8/8/8/8/8/4K2X w - - 0 1", false},
       {"4k3/8/8/8/8/8/8/4K03 w - - 0 1", false}, {" 4k3/8/8/8/8/8/8/4K3 w - - 0 1", false},
       {"4k3/8/8/8/8/8/8/4K3", false}, {"4k3/8/8/8/8/8/8/4K3 x - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/3KK3 w - - 0 1", false},            // a second king has no slot
-      {"4k3/8/8/8/8/8/PPPPPPPP/P3K3 w - - 0 1", false},     // nor a ninth pawn
-      {"4k2R/8/8/8/8/8/8/4K3 w - - 0 1", false},            // the side not to move is in check
+      // No slot for a second king or a ninth pawn; the side not to move may be in check.
+      {"4k3/8/8/8/8/8/8/3KK3 w - - 0 1", false}, {"4k3/8/8/8/8/8/PPPPPPPP/P3K3 w - - 0 1", false},
+      {"4k2R/8/8/8/8/8/8/4K3 w - - 0 1", true},
       // Castling rights in the order KQkq, each once; an empty field means none.
       {castling + "qk - 0 1", false}, {castling + "KK - 0 1", false}, {castling + "K- - 0 1", false},
       {castling + "-K - 0 1", false}, {castling + "Kq - 0 1", true}, {castling + " - 0 1", true},

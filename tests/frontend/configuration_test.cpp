@@ -7,6 +7,7 @@
 #include <sstream>
 #include <string>
 #include <thread>
+#include <tuple>
 
 #include "frontend/transcript.h"
 #include "scratch_folder.h"
@@ -22,29 +23,22 @@ std::string cores(std::uint32_t used, std::uint32_t requested, std::uint32_t max
 }
 
 // Comments, blank lines and lines without "=" are skipped; blanks and one pair of enclosing
-// quotes are trimmed.
+// quotes are trimmed. A "#" behind the first non-blank character is text.
 TEST(ConfigurationLine, SkipsOrSplitsIntoKeyAndValue) {
   for (const char* line : {"", "   ", "# ttHashSizeMB=1", "   # ttHashSizeMB=1", "ttHashSizeMB", "  ttHashSizeMB 5"})
     EXPECT_FALSE(parseConfigurationLine(line)) << '"' << line << '"';
-  struct Case {
-    const char* line;
-    const char* key;
-    const char* value;
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"ttHashSizeMB=64", "ttHashSizeMB", "64"}, {"   ttHashSizeMB   =   64", "ttHashSizeMB", "64"},
+      {"gtbPath = \"C:/my tb\"", "gtbPath", "C:/my tb"}, {"bookFilePath = \"abc", "bookFilePath", "\"abc"},
+      {"bookFilePath = \"", "bookFilePath", "\""}, {"bookFilePath = \"\"", "bookFilePath", ""},
+      {"a=b=c", "a", "b=c"}, {"bookFilePath = a.bin # mine", "bookFilePath", "a.bin # mine"},
+      {"key\t= 1", "key\t", "1"},  // a tab is no blank
   };
-  for (const Case& c : {
-           Case{"ttHashSizeMB=64", "ttHashSizeMB", "64"},
-           Case{"   ttHashSizeMB   =   64", "ttHashSizeMB", "64"},
-           Case{"gtbPath = \"C:/my tb\"", "gtbPath", "C:/my tb"},
-           Case{"bookFilePath = \"abc", "bookFilePath", "\"abc"},
-           Case{"bookFilePath = \"", "bookFilePath", "\""},
-           Case{"bookFilePath = \"\"", "bookFilePath", ""},
-           Case{"a=b=c", "a", "b=c"},
-           Case{"key\t= 1", "key\t", "1"},  // a tab is no blank
-       }) {
-    const auto parsed = parseConfigurationLine(c.line);
-    ASSERT_TRUE(parsed) << c.line;
-    EXPECT_EQ(parsed->key, c.key) << c.line;
-    EXPECT_EQ(parsed->value, c.value) << c.line;
+  for (const auto& [line, key, value] : cases) {
+    const auto parsed = parseConfigurationLine(line);
+    ASSERT_TRUE(parsed) << line;
+    EXPECT_EQ(parsed->key, key) << line;
+    EXPECT_EQ(parsed->value, value) << line;
   }
 }
 

@@ -34,8 +34,8 @@ TEST(ProtocolGame, UserMovesAndTakeBacks) {
             expected);
 }
 
-// Bad text keeps the previous position and its moves; four fields are enough, seven too many.
-// A set-up position is the limit of take-backs until "new" starts over.
+// Bad text leaves no position until "new" or a good set-up; four fields are enough, seven too
+// many. A set-up position is the limit of take-backs.
 TEST(ProtocolGame, SetUpPositionsAndNew) {
   const std::string bad = "setboard rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR x KQkq - 0 1";
   const std::string tooLong = "setboard k7/4P3/8/8/8/8/8/4K3 w - - 0 1 x";
@@ -43,10 +43,10 @@ TEST(ProtocolGame, SetUpPositionsAndNew) {
       boardPicture({"k.......", "....P...", "........", "........", "........", "........", "........", "....K..."});
   const Lines promotedBoard =
       boardPicture({"k...Q...", "........", "........", "........", "........", "........", "........", "....K..."});
+  const std::string noPosition = "Error (no position since a refused setboard): ";
   const Lines expected = joined({
       {"# making user move: e2e4"}, afterE2E4,
-      refused(bad), afterE2E4,
-      startBoard(),  // the move before the failed set-up can still be taken back
+      refused(bad), {noPosition + "undo"}, refused("undo"), {noPosition + "go"}, refused("go"),
       promotionBoard,
       {"Error (too many arguments, expected at most 6): " + tooLong}, refused(tooLong),
       refused("undo"),
@@ -54,11 +54,10 @@ TEST(ProtocolGame, SetUpPositionsAndNew) {
       {"# making user move: E7E8Q"}, promotedBoard,
       promotionBoard,  // undo
       refused("undo"),
-      newTableLines(), startBoard(),
-      refused("undo"),
+      newTableLines(), startBoard(), refused("undo"),
   });
-  EXPECT_EQ(xboardSession("force\nusermove e2e4\n" + bad + "\nundo\nsetboard k7/4P3/8/8/8/8/8/4K3 w - -\n" + tooLong +
-                          "\nundo\nusermove e7e8\nusermove E7E8Q\nundo\nundo\nnew\nundo\n"),
+  EXPECT_EQ(xboardSession("force\nusermove e2e4\n" + bad + "\nundo\ngo\nsetboard k7/4P3/8/8/8/8/8/4K3 w - -\n" +
+                          tooLong + "\nundo\nusermove e7e8\nusermove E7E8Q\nundo\nundo\nnew\nundo\n"),
             expected);
 }
 

@@ -1,6 +1,7 @@
 // "protover", "option", "cores" and "egtpath" through the protocol, as a front end sees them.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <thread>
 #include <utility>
 
@@ -55,7 +56,7 @@ TEST(ProtocolOption, RefusesValuesOutOfRangeUnknownNamesAndOtherTablebases) {
       {"option pawnHashSizeMB=abc", "Error (illegal value for 'pawnHashSizeMB' option): abc"},
       {"option gtbCacheSizeMB=257", "Error (illegal value for 'gtbCacheSizeMB' option): 257"},
       {"option gtbCacheSizeMB=-1", "Error (illegal value for 'gtbCacheSizeMB' option): -1"},
-      {"option ttHashSizeMB", "Error (illegal value for 'ttHashSizeMB' option): "},
+      {"option gtbCacheSizeMB", "Error (illegal value for 'gtbCacheSizeMB' option): "},
       {"option nosuch=1", "Error (unknown option name): nosuch"},
       {"option TTHashSizeMB=8", "Error (unknown option name): TTHashSizeMB"},
       {"option ttHashSizeMB=8 x", "Error (too many arguments, expected at most 1): option ttHashSizeMB=8 x"},
@@ -103,10 +104,17 @@ TEST(ProtocolOption, ResizeDuringASearchRestartsTheSearch) {
   EXPECT_EQ(countStarting(run.lines, "move "), 0);
 }
 
-TEST(ProtocolEval, PrintsTheReport) {
-  const Lines lines = xboardSession("eval\n");
-  ASSERT_FALSE(lines.empty());
-  EXPECT_EQ(lines.front(), std::string(78, '='));
+// The report needs both kings, but the side not to move may be in check; no search runs there.
+TEST(ProtocolEval, ReportsWhereNoSearchRuns) {
+  const Lines lines = xboardSession("setboard 7k/8/8/8/8/8/1p6/K6Q w - - 0 1\neval\ngo\nanalyze\n"
+                                    "setboard 4k3/8/8/8/8/8/P7/8 w - -\neval\n");
+  EXPECT_LT(findLine(lines, "Phase =   4          Scaling factor = 1.00          Total evaluation =   1188"),
+            lines.size());
+  const std::string capturable = "Error (illegal position): the side not to move is in check";
+  const Lines refusals = joined({{capturable}, refused("go"), {capturable}, refused("analyze")});
+  EXPECT_NE(std::search(lines.begin(), lines.end(), refusals.begin(), refusals.end()), lines.end());
+  EXPECT_EQ(Lines(lines.end() - 2, lines.end()),
+            joined({{"Error (illegal position): a king is missing"}, refused("eval")}));
 }
 
 }  // namespace

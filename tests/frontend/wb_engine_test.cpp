@@ -65,12 +65,17 @@ TEST_F(WBEngineTest, TimeCountsTheFullMovesOfTheRecord) {
   EXPECT_EQ(engine->clock.accumulated, 12000 + 300 - 5000);
 }
 
-TEST_F(WBEngineTest, UserMoveIsRefusedWhenTheRecordIsFull) {
+// A set-up starts a record of its own; the clock's ply count goes on.
+TEST_F(WBEngineTest, FullRecordRefusesMovesUntilASetUp) {
   setUp("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
   engine->player.gamePly = MaxGameMoves;
   EXPECT_FALSE(engine->dispatch("usermove e2e4"));
-  EXPECT_EQ(out.str(), "Error (no room for another move in the game record): e2e4\n");
+  EXPECT_FALSE(engine->dispatch("go"));
+  EXPECT_EQ(out.str(), std::string(RecordFullError) + ": e2e4\n" + RecordFullError + "\n");
   EXPECT_EQ(engine->player.board.pieceOn[0x14], Pawn);
+  setUp("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+  EXPECT_TRUE(engine->dispatch("usermove e2e4"));
+  EXPECT_EQ(engine->player.gamePly, MaxGameMoves + 1);
 }
 
 TEST_F(WBEngineTest, EngineMoveThatEndsTheGame) {

@@ -81,6 +81,7 @@ TEST_F(DecoderTest, EachSchemeDecodesWhatFitsAndRefusesDamage) {
       {Lzma, lzmaBadProperties, 4096, false, {}},
       {Lzma, Bytes(lzma.begin(), lzma.begin() + 13), 4096, false, {}},  // a frame cut short
       {Lzma, Bytes(lzma.begin(), lzma.end() - lzma.size() / 2), 4096, false, {}},
+      {Lzma, lzmaBlock(samplePayload(8192), false), 4096, true, samplePayload(4096)},  // stops when full
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << "scheme " << int(c.scheme) << ", " << c.input.size() << " bytes in");
