@@ -2,9 +2,9 @@
 #pragma once
 
 #include <atomic>
-#include <mutex>
 #include <cstdint>
 #include <cstdio>
+#include <mutex>
 #include <ostream>
 #include <string_view>
 

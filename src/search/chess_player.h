@@ -12,9 +12,9 @@
 
 #include "board/board.h"
 #include "book/book.h"
-#include "search/console.h"
 #include "diagnostics/perft.h"
 #include "eval/pawn_hash.h"
+#include "search/console.h"
 #include "search/engine_interface.h"
 #include "search/search_clock.h"
 #include "search/search_interface.h"

@@ -1,5 +1,6 @@
 #include "search/console.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <streambuf>
