@@ -53,7 +53,17 @@ void UciEngine::run() {
   handleUci({});
   std::string line;
   while (!quit && readWholeLine(line, in)) dispatch(line);
+  if (!quit) finishInput();
   stopSearch();
+}
+
+// As in xboard mode, a search with a limit of its own still gives its move at the end of input.
+void UciEngine::finishInput() {
+  {
+    const std::lock_guard lock(resultMutex);
+    if (holdingResult || !(clock.timeLimited || clock.depthLimited)) return;
+  }
+  while (!player.isIdle()) std::this_thread::yield();
 }
 
 void UciEngine::dispatch(std::string_view line) {

@@ -47,6 +47,7 @@ class UciEngine final : public EngineInterface {
   static const Command Commands[];
 
   void dispatch(std::string_view line);
+  void finishInput();
 
   void handleUci(std::string_view);
   void handleIsready(std::string_view);
