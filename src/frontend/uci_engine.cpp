@@ -134,7 +134,6 @@ void UciEngine::printBestMove(Move move, Move ponder) {
 }
 
 void UciEngine::printThinking(unsigned depth, int score, std::int32_t time, std::uint64_t nodes, const PvLine& line) {
-  constexpr std::int64_t MillisPerCentisecond = 10;
   const std::int64_t millis = std::int64_t(time) * MillisPerCentisecond;
   out() << "info depth " << depth << " score ";
   if (score > MateThreshold || score < -MateThreshold)

@@ -10,7 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "frontend/command_table.h"
 #include "search/chess_player.h"
 #include "search/engine_interface.h"
 #include "search/search_clock.h"
@@ -21,6 +20,8 @@ constexpr std::string_view UciCommand = "uci";
 constexpr std::string_view UciAuthor = "the Torvy developers";
 // Written in place of the mark of the engine's comment lines.
 constexpr std::string_view UciInfoString = "info string ";
+// UCI counts time in milliseconds, the engine's clock in centiseconds.
+constexpr std::int64_t MillisPerCentisecond = 10;
 // Refused input is named in the answer, cut to this length.
 constexpr std::size_t MaxEchoedLength = 64;
 

@@ -10,7 +10,6 @@ namespace torvy {
 
 namespace {
 
-constexpr std::int64_t MillisPerCentisecond = 10;
 // Bounds that keep the budget arithmetic inside 32 bits, far beyond any real time control.
 constexpr std::int64_t MaxClockCentiseconds = 10'000'000;
 constexpr std::int64_t MaxMovesToGo = 200;

@@ -1,7 +1,6 @@
 // ChessPlayer's side of the search: the thread pool, the search job of thread 0 and the
 // helpers', and the clock check and output that the threads call back for.
 
-#include "board/move_text.h"
 #include "search/chess_player.h"
 #include "search/search_thread.h"
 
