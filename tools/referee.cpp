@@ -1,10 +1,10 @@
-// Self-play referee: plays two engine processes against each other over the xboard protocol,
+// Self-play referee: plays two engine processes against each other over the xboard protocol or UCI,
 // checks every move on our own board, keeps the real clocks and ends each game itself, since the
 // engine only offers draws and never claims them.
 //
 //   referee [--engine PATH] [--engine2 PATH] [--cores N] [--games N] [--concurrency N]
 //           [--time SECONDS] [--inc SECONDS] [--openings FILE] [--dir DIR] [--transcripts DIR]
-//           [--grace SECONDS]
+//           [--grace SECONDS] [--protocol xboard|uci] [--protocol2 xboard|uci]
 #include <fcntl.h>
 #include <poll.h>
 #include <sched.h>
@@ -52,6 +52,7 @@ constexpr Millis QuitLimitMs = 2000;
 
 struct Options {
   std::string engines[2];
+  bool uci[2] = {false, false};  // the engine is driven over UCI rather than xboard
   std::vector<std::string> engineArgs;
   std::string openingsPath = "tools/openings.txt";
   std::string workDir = ".";
@@ -76,6 +77,7 @@ class EngineProcess {
   EngineProcess& operator=(const EngineProcess&) = delete;
 
   char label() const { return char('A' + index_); }
+  bool speaksUci() const { return options_.uci[index_]; }
   bool alive() const { return pid_ > 0 && output_ >= 0; }
 
   bool start();
@@ -401,6 +403,16 @@ bool gameOver(Board_0x88& board, int plies, GameResult& result) {
 
 std::string centiseconds(Millis ms) { return std::to_string(std::max<Millis>(ms, 0) / 10); }
 
+// Torvy's comment lines come as info strings over UCI, and its move as "bestmove": read as
+// their xboard forms, so that both protocols are checked alike. The ponder move is dropped.
+std::string uciLineAsXboard(const std::string& line) {
+  const std::string info = "info string ";
+  const std::string best = "bestmove ";
+  if (line.compare(0, info.size(), info) == 0) return "# " + line.substr(info.size());
+  if (line.compare(0, best.size(), best) == 0) return "move " + line.substr(best.size(), line.find(' ', best.size()) - best.size());
+  return line;
+}
+
 // "level" takes whole seconds: the session time and increment rounded down.
 std::string levelCommand(const Options& options) {
   const Millis seconds = std::max<Millis>(options.baseMs / 1000, 1);
@@ -449,7 +461,17 @@ void Game::fault(GameResult& result, Color side, Ending ending, const std::strin
 }
 
 bool Game::prepare(EngineProcess& engine) {
-  if (!engine.alive() && !engine.start()) return false;
+  const bool fresh = !engine.alive();
+  if (fresh && !engine.start()) return false;
+  const auto limit = SteadyClock::now() + std::chrono::milliseconds(HandshakeLimitMs);
+  if (engine.speaksUci()) {
+    // The game is sent whole with every move, the opening included.
+    if (fresh) engine.send("uci");
+    if (fresh && !engine.awaitLine("uciok", limit)) return false;
+    engine.send("ucinewgame");
+    engine.send("isready");
+    return engine.awaitLine("readyok", limit);
+  }
   engine.send("xboard");
   engine.send("new");
   engine.send("force");
@@ -465,11 +487,21 @@ bool Game::playOneMove(GameResult& result, bool started[2], std::string& lastMov
   const Color side = board_->sideToMove;
   const int index = engineIndex(side);
   EngineProcess& engine = engineFor(side);
-  engine.send("time " + centiseconds(clockMs_[side]));
-  engine.send("otim " + centiseconds(clockMs_[side ^ 1]));
-  if (!lastMove.empty()) engine.send("usermove " + lastMove);
-  if (!started[side]) engine.send("go");
-  started[side] = true;
+  if (engine.speaksUci()) {
+    std::string position = "position startpos";
+    if (!result.moves.empty()) position += " moves";
+    for (const std::string& move : result.moves) position += " " + move;
+    engine.send(position);
+    const std::string increment = std::to_string(options_.incrementMs);
+    engine.send("go wtime " + std::to_string(std::max<Millis>(clockMs_[White], 0)) + " btime " +
+                std::to_string(std::max<Millis>(clockMs_[Black], 0)) + " winc " + increment + " binc " + increment);
+  } else {
+    engine.send("time " + centiseconds(clockMs_[side]));
+    engine.send("otim " + centiseconds(clockMs_[side ^ 1]));
+    if (!lastMove.empty()) engine.send("usermove " + lastMove);
+    if (!started[side]) engine.send("go");
+    started[side] = true;
+  }
 
   const auto asked = SteadyClock::now();
   const auto deadline = asked + std::chrono::milliseconds(std::max<Millis>(clockMs_[side], 0) + options_.graceMs);
@@ -488,6 +520,7 @@ bool Game::playOneMove(GameResult& result, bool started[2], std::string& lastMov
         return false;
       case EngineProcess::Read::Line: break;
     }
+    if (engine.speaksUci()) line = uciLineAsXboard(line);
     for (const char* announcement : {"# set maxTime = ", "# out of book: corrected maxTime = "}) {
       const std::string prefix = announcement;
       if (line.compare(0, prefix.size(), prefix) == 0) maxTimeCs = std::atoi(line.c_str() + prefix.size());
@@ -736,6 +769,14 @@ bool parseOptions(int argc, char** argv, Options& options) {
     else if (name == "--openings") options.openingsPath = value;
     else if (name == "--dir") options.workDir = value;
     else if (name == "--transcripts") options.transcriptDir = value;
+    else if (name == "--protocol" || name == "--protocol2") {
+      const std::string protocol = value;
+      if (protocol != "uci" && protocol != "xboard") {
+        std::cerr << "referee: " << name << " is xboard or uci" << std::endl;
+        return false;
+      }
+      options.uci[name == "--protocol" ? 0 : 1] = protocol == "uci";
+    }
     else {
       std::cerr << "referee: unknown option " << name << std::endl;
       return false;

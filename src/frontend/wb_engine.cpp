@@ -4,11 +4,13 @@
 #include <cstring>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "board/fen.h"
 #include "board/move_text.h"
 #include "frontend/configuration.h"
 #include "frontend/line_reader.h"
+#include "frontend/uci_engine.h"
 
 namespace torvy {
 
@@ -65,7 +67,14 @@ void WBEngine::readCommandLine(int argc, char** argv) {
 void WBEngine::readCommand() {
   char line[LineBufferSize];
   if (!readLine(line, sizeof line, in)) return finishInput();
+  if (std::exchange(firstLine, false) && line == UciCommand) return runUci();
   if (!dispatch(line)) out() << "# command \"" << line << "\" returned an error code " << std::endl;
+}
+
+void WBEngine::runUci() {
+  out() << std::endl;  // ends the prompt line
+  UciEngine(console, clock, player, in).run();
+  quit = true;
 }
 
 void WBEngine::finishInput() {
@@ -150,6 +159,12 @@ void WBEngine::makeEngineMove(Move move) {
   testGameEnd();
   out().flush();
   if (autoMode) engineColor = sideToMove();
+}
+
+void WBEngine::printThinking(unsigned depth, int score, std::int32_t time, std::uint64_t nodes, const PvLine& line) {
+  out() << depth << ' ' << score << ' ' << time << ' ' << nodes;
+  for (std::uint16_t i = 0; i < line.count; ++i) out() << ' ' << moveToText(line.moves[i]);
+  out() << std::endl;
 }
 
 }  // namespace torvy

@@ -35,6 +35,7 @@ class WBEngine final : public EngineInterface {
 
   // Called by the search with the move it chose.
   void makeEngineMove(Move move) override;
+  void printThinking(unsigned depth, int score, std::int32_t time, std::uint64_t nodes, const PvLine& line) override;
 
   // Before the player, which prints through it.
   Console console;
@@ -48,6 +49,7 @@ class WBEngine final : public EngineInterface {
   bool analyzeMode = false;
   std::atomic<bool> autoMode{false};
   bool quit = false;
+  bool firstLine = true;  // "uci" there hands the rest of the process to the UCI front end
 
  private:
   friend struct CommandTable;
@@ -58,6 +60,7 @@ class WBEngine final : public EngineInterface {
   void readCommandLine(int argc, char** argv);
   void readCommand();
   void finishInput();
+  void runUci();
   // After every command line, once no search runs: end of game, then whether the engine is to move.
   void decideNextStep();
   // An ended game stays ended, with the engine on neither side, until a command reopens it.

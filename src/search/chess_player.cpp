@@ -60,15 +60,21 @@ ChessPlayer::~ChessPlayer() {
 
 void ChessPlayer::newGame() {
   const bool first = std::exchange(firstNewGame, false);
-  if (!first) {
-    ttHash.release();
-    pawnHash.release();
-  }
-  createMissingTables();
+  if (first)
+    createMissingTables();
+  else
+    renewTables();
   syncThreads(!first);
   setStartPosition(board);
   startRecord(0);
   outOfBook = false;
+}
+
+void ChessPlayer::renewTables() {
+  stopSearch();
+  ttHash.release();
+  pawnHash.release();
+  createMissingTables();
 }
 
 void ChessPlayer::startRecord(std::uint32_t ply) {
@@ -99,6 +105,11 @@ bool ChessPlayer::setPosition(const char* fen) {
   // A failed set-up leaves the board half filled: the front end has no such board either.
   hasPosition = setFromFen(board, fen);
   return hasPosition;
+}
+
+bool ChessPlayer::setFreshPosition(const char* fen) {
+  gamePly = 0;
+  return setPosition(fen);
 }
 
 bool ChessPlayer::kingMissing() const {

@@ -45,6 +45,8 @@ class ChessPlayer final : public SearchInterface {
 
   // Fresh tables (both "# new size of " lines print again after the first game) and the start position.
   void newGame();
+  // Empty tables of the options' sizes, as a new game has.
+  void renewTables();
 
   bool recordFull() const { return recordLength() >= MaxGameMoves; }
   // Appends to the game record and makes the move on the game board; the record must have room.
@@ -55,6 +57,8 @@ class ChessPlayer final : public SearchInterface {
   // A new set-up position, where the record starts again. On a text that can't be read there
   // is no position at all until the next good set-up or new game.
   bool setPosition(const char* fen);
+  // The same, for a front end that sends the whole game each time: the ply count starts again.
+  bool setFreshPosition(const char* fen);
 
   // Positions that FEN allows but no game reaches; the engine doesn't search them.
   bool kingMissing() const;
@@ -135,6 +139,8 @@ class ChessPlayer final : public SearchInterface {
   Move ponderMove = NoMove;
   std::atomic<bool> randGame{false};
   std::atomic<bool> post{true};
+  // Every search job hands the engine a move, stopped or not, NoMove when there is none.
+  std::atomic<bool> alwaysGivesMove{false};
 
   std::uint32_t maxCores;
   std::uint32_t cores = 1;

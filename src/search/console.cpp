@@ -85,8 +85,33 @@ std::ostream& Console::stream() {
 
 void Console::write(std::string_view text) {
   const std::lock_guard lock(outputMutex);
-  sink.write(text.data(), std::streamsize(text.size()));
+  if (commentPrefix.empty()) {
+    sink.write(text.data(), std::streamsize(text.size()));
+  } else {
+    while (!text.empty()) {
+      const std::size_t end = std::min(text.find('\n'), text.size() - 1);
+      writeLine(text.substr(0, end + 1));
+      text.remove_prefix(end + 1);
+    }
+  }
   sink.flush();
+}
+
+void Console::writeLine(std::string_view line) {
+  if (!line.starts_with('#')) {
+    sink.write(line.data(), std::streamsize(line.size()));
+    return;
+  }
+  line.remove_prefix(1);
+  if (line.starts_with(' ')) line.remove_prefix(1);
+  if (line.empty() || line == "\n") return;
+  sink << commentPrefix;
+  sink.write(line.data(), std::streamsize(line.size()));
+}
+
+void Console::replaceCommentMark(std::string_view prefix) {
+  const std::lock_guard lock(outputMutex);
+  commentPrefix = prefix;
 }
 
 void printLine(std::string_view line) {

@@ -23,8 +23,15 @@ class Console {
   // Writes text that is already whole lines, under the same lock as every console.
   void write(std::string_view text);
 
+  // From now on a comment line ("# ...") is written with this prefix in place of its mark, and
+  // one with no text is dropped: a protocol without comment lines still sees them.
+  void replaceCommentMark(std::string_view prefix);
+
  private:
+  void writeLine(std::string_view line);
+
   std::ostream& sink;
+  std::string_view commentPrefix;  // empty: comments pass as they are
 };
 
 // For reports made deep inside the search or the book, which know no console: one whole

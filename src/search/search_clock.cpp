@@ -38,6 +38,7 @@ void SearchClock::resetForNewGame() {
   movesPerSession = 40;
   timePerSession = 30000;
   increment = 0;
+  moveTime = 0;
 }
 
 std::uint32_t SearchClock::sessionsUpTo(std::uint32_t fullMove) const {
@@ -58,6 +59,11 @@ std::uint32_t SearchClock::remainingMovesAt(std::uint32_t gamePly) const {
 }
 
 void SearchClock::computeMaxTime(std::uint32_t gamePly, std::ostream& out) {
+  if (moveTime > 0) {
+    maxTime = moveTime.load();
+    out << "# set maxTime = " << maxTime << std::endl;
+    return;
+  }
   const std::uint32_t fullMove = fullMoveNumber(gamePly);
   const std::uint32_t sessions = sessionsUpTo(fullMove);
   const std::uint32_t remainingMoves = remainingMovesAt(gamePly);
@@ -78,6 +84,8 @@ void SearchClock::computeMaxTime(std::uint32_t gamePly, std::ostream& out) {
 
 void SearchClock::correctMaxTimeOutOfBook(std::uint32_t gamePly, bool& outOfBook, std::ostream& out) {
   if (outOfBook) return;
+  // A fixed budget is kept to; the first search out of book gets its extra time on a later move.
+  if (moveTime > 0) return;
   if (movesPerSession == 0 || remainingMovesAt(gamePly) >= 10) {
     maxTime = std::int32_t(std::min(maxTime * 1.5, double(INT32_MAX)));
     out << "# out of book: corrected maxTime = " << maxTime << std::endl;

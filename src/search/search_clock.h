@@ -23,6 +23,8 @@ struct SearchClock {
   std::atomic<bool> timeLimited{true};
   std::atomic<bool> depthLimited{false};
   std::atomic<std::uint32_t> maxDepth{0};
+  // A budget fixed per move (UCI "movetime"); 0 leaves it to the time control.
+  std::atomic<std::int32_t> moveTime{0};
 
   // Centiseconds on a steady clock; only differences are ever used.
   static std::int32_t now();

@@ -1,7 +1,6 @@
 // ChessPlayer's side of the search: the thread pool, the search job of thread 0 and the
 // helpers', and the clock check and output that the threads call back for.
 
-#include "board/move_text.h"
 #include "search/chess_player.h"
 #include "search/search_thread.h"
 
@@ -45,6 +44,7 @@ void ChessPlayer::startSearch() {
   // with nobody to stop it, on a game board that changes under it.
   for (auto& thread : threads) {
     thread->searcher.clearFlags();
+    thread->searcher.alwaysGivesMove = alwaysGivesMove;
     thread->request();
   }
   for (auto& thread : threads) thread->launch();
@@ -72,11 +72,11 @@ void ChessPlayer::searchJob() {
   const bool quickMove = (randGame && randomMove(move)) || (clock.timeLimited && useBook && bookMove(move));
   if (!quickMove)
     move = searchForMove();
-  else if (threads[0]->searcher.stopped())
+  else if (threads[0]->searcher.stopped() && !alwaysGivesMove)
     move = NoMove;  // a stopped job gives no move, however quickly it found one
   // Also after a quick move: the helpers must be off the game board before the move lands on it.
   stopHelpers();
-  if (move != NoMove) engine->makeEngineMove(move);
+  if (move != NoMove || alwaysGivesMove) engine->makeEngineMove(move);
   clock.stopClock();
 }
 
@@ -139,9 +139,7 @@ bool ChessPlayer::checkTimeout() {
 
 void ChessPlayer::printAnalysisLine(unsigned depth, int score, const PvLine& line) {
   if (!post) return;
-  out() << depth << ' ' << score << ' ' << clock.elapsed() - clock.searchStart << ' ' << totalNodes();
-  for (std::uint16_t i = 0; i < line.count; ++i) out() << ' ' << moveToText(line.moves[i]);
-  out() << std::endl;
+  engine->printThinking(depth, score, clock.elapsed() - clock.searchStart, totalNodes(), line);
 }
 
 void ChessPlayer::printSearchNote(std::string_view line) { out() << line << std::endl; }

@@ -88,7 +88,7 @@ void Searcher::runIterations(Move& bestMove, Move& ponderMove) {
   if (rootMoves == 0 || resolved == rootMoves) {
     // As after the iterations: an analysis or a stopped search gives no move, and only thread 0
     // prints.
-    if (rootMoves > 0 && timeLimited && !abortFlag.load(std::memory_order_relaxed)) bestMove = bestLine.first();
+    if (rootMoves > 0 && givesMove(timeLimited)) bestMove = bestLine.first();
     if (threadIndex != 0) return;
     player->printAnalysisLine(0, best, bestLine);
     player->printSearchStats();
@@ -131,7 +131,7 @@ void Searcher::runIterations(Move& bestMove, Move& ponderMove) {
     if (depth > MaxIterationDepth) break;
   }
   if (threadIndex != 0) return;
-  if (timeLimited && !abortFlag.load(std::memory_order_relaxed)) {
+  if (givesMove(timeLimited)) {
     bestMove = bestLine.first();
     ponderMove = bestLine.count >= 2 ? bestLine.moves[1] : NoMove;
   }

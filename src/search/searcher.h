@@ -31,7 +31,7 @@ class Searcher {
   Searcher(std::uint32_t threadIndex, const Tables& tables);
 
   // Iterative deepening from the game's position; best and ponder are 0 when no move is to be
-  // given (analysis, or a stop from outside).
+  // given (analysis, or a stop from outside), unless alwaysGivesMove is set.
   void runSearch(const Board_0x88& game, Move& best, Move& ponder);
 
   // Raised by anyone to end this thread's search; cleared only by the thread itself.
@@ -60,6 +60,9 @@ class Searcher {
   std::atomic<bool> stopFlag{false};
   std::atomic<bool> abortFlag{false};
   bool easyMove = false;
+  // Set by the player before a job: a stopped or unlimited search still gives its best move so
+  // far, for a protocol that answers every search with a move.
+  bool alwaysGivesMove = false;
 
  private:
   struct Bounds {
@@ -94,6 +97,9 @@ class Searcher {
 
   // Thread 0's clock check, and the guard that keeps the descent inside the history stack.
   bool mustStopAt();
+  bool givesMove(bool timeLimited) const {
+    return alwaysGivesMove || (timeLimited && !abortFlag.load(std::memory_order_relaxed));
+  }
   bool isDrawn();
 };
 

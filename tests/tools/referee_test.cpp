@@ -32,6 +32,21 @@ std::string scriptedEngine(const std::string& moves, const std::string& beforeMo
          "done\n";
 }
 
+// The same over UCI: it answers the handshake, checks that "position" sends the whole game so
+// far, and answers "go" with "bestmove", after the given shell step.
+std::string scriptedUciEngine(const std::string& game, const std::string& move, const std::string& beforeMove) {
+  return "#!/bin/bash\n"
+         "while read -r command argument; do\n"
+         "  case \"$command\" in\n"
+         "    uci) echo uciok ;;\n"
+         "    isready) echo readyok ;;\n"
+         "    position) [ \"$argument\" = \"startpos moves " + game + "\" ] || exit 3 ;;\n"
+         "    go) " + beforeMove + "; echo \"bestmove " + move + " ponder a2a3\" ;;\n"
+         "    quit) exit 0 ;;\n"
+         "  esac\n"
+         "done\n";
+}
+
 struct RefereeRun {
   std::string output;
   int exitCode = -1;
@@ -112,6 +127,15 @@ TEST_F(RefereeTest, MovesBeyondTheAnnouncedTimeAreCounted) {
   EXPECT_TRUE(has(run, "0-1 checkmate")) << run.output;
   EXPECT_TRUE(has(run, "overruns=1")) << run.output;
   EXPECT_EQ(run.exitCode, 1);
+}
+
+TEST_F(RefereeTest, AnEngineOverUciIsJudgedAlike) {
+  // Its info strings are read as the comment lines they stand for.
+  const std::string slowBlack =
+      scriptedUciEngine("f2f3 e7e5 g2g4", "d8h4", "echo 'info string set maxTime = 10'; sleep 0.3");
+  const RefereeRun run = play("f2f3 e7e5 g2g4", scriptedEngine(""), slowBlack, "--time 1 --inc 0 --grace 1 --protocol2 uci");
+  EXPECT_TRUE(has(run, "0-1 checkmate")) << run.output;
+  EXPECT_TRUE(has(run, "overruns=1")) << run.output;
 }
 
 }  // namespace
