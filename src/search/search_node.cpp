@@ -61,6 +61,7 @@ Searcher::Bounds Searcher::mateDistanceBounds(int ply, int& alpha, int& beta) co
   return bounds;
 }
 
+// The node's record, its window narrowed by the mate distance step.
 template <Color Us, bool InCheck>
 Searcher::Node Searcher::openNode(int alpha, int beta, int ply, int depth) const {
   Node node{alpha, beta, ply, depth, {}};
@@ -68,6 +69,7 @@ Searcher::Node Searcher::openNode(int alpha, int beta, int ply, int depth) const
   return node;
 }
 
+// True when the table settles the node; its move, if any, reaches ttMove either way.
 bool Searcher::probe(const Node& node, Move& ttMove, int& score) {
   bool found = false;
   const bool cutoff = probeTT(board, *ttHash, node.alpha, node.beta, node.ply, node.depth, score, ttMove, found);
@@ -106,12 +108,8 @@ constexpr int CheckExtensionMaxDepth = 6;  // a check in a null window is extend
 
 }  // namespace
 
-// One child after its move is made, and every rule that sets its depth. The child of a depth-d
-// node is searched at d - 1; a late quiet move is first searched at d - 2 and again at d - 1
-// only if it raises alpha. A check is extended one ply, except in a null window far from the
-// horizon, where checks would add up; at depth 0 the child is quiescence. After the first move
-// a null window shows the move no better than alpha, and only a PV window searches again in
-// full a move that is.
+// One child, its move made, and every rule that sets its depth: a ply less than its parent, a
+// ply less again at first for a late quiet move, a ply more for a check, quiescence at 0.
 template <Color Us>
 int Searcher::searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth, int moveNumber,
                          bool late, PvLine& child) {
@@ -122,6 +120,7 @@ int Searcher::searchMove(const CheckInfo& check, int alpha, int beta, int childP
   for (;;) {
     int v = 0;
     if (check.checkers != 0) {
+      // Extended in a PV window at any depth, in a null window near the horizon only.
       const int extension = pv || childDepth <= CheckExtensionMaxDepth ? 1 : 0;
       v = -searchNodeInCheck<Them>(check, -beta, -alpha, childPly, childDepth + extension, child);
     } else if (childDepth == 0) {
@@ -129,11 +128,12 @@ int Searcher::searchMove(const CheckInfo& check, int alpha, int beta, int childP
     } else if (moveNumber == 1) {
       v = -searchNode<Them>(-beta, -alpha, childPly, childDepth, child);
     } else {
+      // Principal variation search: a null window first, the full one only if the move raises alpha.
       v = -searchNode<Them>(-alpha - 1, -alpha, childPly, childDepth, child);
       if (pv && v > alpha) v = -searchNode<Them>(-beta, -alpha, childPly, childDepth, child);
     }
     if (childDepth == fullDepth || v <= alpha) return v;
-    childDepth = fullDepth;
+    childDepth = fullDepth;  // the reduced search raised alpha: once more at full depth
   }
 }
 
@@ -228,8 +228,8 @@ int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) 
   PvLine child;
 
   // 6. Razoring: near the horizon, a null-window node whose evaluation lies far below alpha is
-  // settled by quiescence if the captures don't bring it back. Not with a table move, which
-  // promises more; not near mate scores, which the margin would distort.
+  // settled by quiescence if the captures don't bring it back. Not when the table knows a move,
+  // a sign the node did better before; not near mate scores, which the margin would distort.
   if (depth <= RazorMaxDepth && !pv && ttMove == NoMove && insideMateRange(node.beta)) {
     const int t = node.alpha - RazorMargin[depth];
     if (eval <= t) {
