@@ -246,15 +246,15 @@ int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) 
   }
 
   // 8. Null move: a null-window node already at or above beta that stays there even after
-  // passing, searched shallower, is taken to fail high. A mate found after passing is not
-  // believed, for the pass itself may have allowed it.
+  // passing, searched shallower, is taken to fail high. A mate found after the pass is not
+  // believed: a pass is no legal move, and may be what made the mate.
   if (depth >= NullMoveMinDepth && !pv && eval >= node.beta && mayPass<Us>(ply)) {
     const int r = depth - 1 - NullMoveReduction - std::min(depth / 4, NullMoveMaxDeepening);
     child.clear();
     UndoRecord undo;
     board.makeNullMove(undo);
-    int v = r < 1 ? -quiescence<Them>(-node.beta, 1 - node.beta, ply + 1, child)
-                  : -searchNode<Them>(-node.beta, 1 - node.beta, ply + 1, r, child);
+    const int v = r < 1 ? -quiescence<Them>(-node.beta, 1 - node.beta, ply + 1, child)
+                        : -searchNode<Them>(-node.beta, 1 - node.beta, ply + 1, r, child);
     board.unmakeNullMove(undo);
     if (stopped()) return StoppedScore;
     if (v >= node.beta) return store(node, v >= MateThreshold + 1 ? node.beta : v, NoMove);
