@@ -13,9 +13,6 @@ namespace torvy {
 
 namespace {
 
-constexpr int razorMargin[4] = {0, 232, 264, 296};
-constexpr int futilityMargin[6] = {0, 80, 160, 240, 320, 400};
-
 bool isPvWindow(int alpha, int beta) { return alpha + 1 != beta; }
 bool insideMateRange(int score) { return score >= -MateThreshold && score <= MateThreshold; }
 
@@ -64,6 +61,28 @@ Searcher::Bounds Searcher::mateDistanceBounds(int ply, int& alpha, int& beta) co
   return bounds;
 }
 
+// The node's record, its window narrowed by the mate distance step.
+template <Color Us, bool InCheck>
+Searcher::Node Searcher::openNode(int alpha, int beta, int ply, int depth) const {
+  Node node{alpha, beta, ply, depth, {}};
+  node.bounds = mateDistanceBounds<Us, InCheck>(ply, node.alpha, node.beta);
+  return node;
+}
+
+// True when the table settles the node; its move, if any, reaches ttMove either way.
+bool Searcher::probe(const Node& node, Move& ttMove, int& score) {
+  bool found = false;
+  const bool cutoff = probeTT(board, *ttHash, node.alpha, node.beta, node.ply, node.depth, score, ttMove, found);
+  if (found) stats.ttHits.add();
+  return cutoff;
+}
+
+int Searcher::store(const Node& node, int score, Move move) {
+  storeTT(board, *ttHash, node.bounds.lower, node.bounds.upper, node.alpha, node.beta, node.ply, node.depth, score,
+          move);
+  return score;
+}
+
 template <Color Us>
 bool Searcher::probeTablebase(int depth, int& value) const {
   if (depth == 0 || board.totalCount(White) + board.totalCount(Black) > 5) return false;
@@ -72,61 +91,56 @@ bool Searcher::probeTablebase(int depth, int& value) const {
   return tablebases->probeHard<Us>(board, value);
 }
 
+// Null move needs a piece besides king and pawns, for zugzwang is common without one, and is
+// not tried a third time in a row.
 template <Color Us>
-int Searcher::searchChild(const CheckInfo& check, int alpha, int beta, int ply, int depth, int moveNumber,
-                          PvLine& line) {
-  constexpr Color Them = Us ^ 1;
-  if (check.checkers != 0) {
-    const int extension = isPvWindow(alpha, beta) || depth <= 6 ? 1 : 0;
-    return -searchNodeInCheck<Them>(check, -beta, -alpha, ply, depth + extension, line);
-  }
-  if (depth == 0) return -quiescence<Them>(-beta, -alpha, ply, line);
-  if (moveNumber == 1) return -searchNode<Them>(-beta, -alpha, ply, depth, line);
-  int v = -searchNode<Them>(-alpha - 1, -alpha, ply, depth, line);
-  if (isPvWindow(alpha, beta) && v > alpha) v = -searchNode<Them>(-beta, -alpha, ply, depth, line);
-  return v;
+bool Searcher::mayPass(int ply) const {
+  const std::uint32_t h = board.historyIndex;
+  if (ply >= 2 && board.history[h - 1].move == NoMove && board.history[h - 2].move == NoMove) return false;
+  return board.totalCount(Us) - board.pieceCount[Us][Pawn] >= 2;
 }
 
-// A late quiet move is searched one ply shallower first, and again at full depth only if it
-// raises alpha.
+namespace {
+
+// The limits of the child depths, in the order in which searchMove applies them.
+constexpr int ReductionMinDepth = 3;       // a late quiet move is reduced from this node depth on
+constexpr int CheckExtensionMaxDepth = 6;  // a check in a null window is extended up to this depth
+
+}  // namespace
+
+// One child, its move made, and every rule that sets its depth: a ply less than its parent, a
+// ply less again at first for a late quiet move, a ply more for a check, quiescence at 0.
 template <Color Us>
 int Searcher::searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth, int moveNumber,
                          bool late, PvLine& child) {
-  if (late) {
-    const int v = searchChild<Us>(check, alpha, beta, childPly, depth - 2, moveNumber, child);
-    if (v <= alpha) return v;
-  }
-  return searchChild<Us>(check, alpha, beta, childPly, depth - 1, moveNumber, child);
-}
-
-template <Color Us>
-bool Searcher::nullMoveCutoff(int beta, int ply, int depth, const Bounds& bounds, int alpha, int& score) {
   constexpr Color Them = Us ^ 1;
-  const std::uint32_t h = board.historyIndex;
-  if (ply >= 2 && board.history[h - 1].move == NoMove && board.history[h - 2].move == NoMove) return false;
-  if (board.totalCount(Us) - board.pieceCount[Us][Pawn] < 2) return false;
-
-  PvLine child;
-  UndoRecord undo;
-  board.makeNullMove(undo);
-  const int r = depth - std::min(depth / 4, 3) - 4;
-  int v = r < 1 ? -quiescence<Them>(-beta, 1 - beta, ply + 1, child)
-                : -searchNode<Them>(-beta, 1 - beta, ply + 1, r, child);
-  board.unmakeNullMove(undo);
-  if (stopped()) {
-    score = StoppedScore;
-    return true;
+  const bool pv = isPvWindow(alpha, beta);
+  const int fullDepth = depth - 1;
+  int childDepth = late ? fullDepth - 1 : fullDepth;
+  for (;;) {
+    int v = 0;
+    if (check.checkers != 0) {
+      // Extended in a PV window at any depth, in a null window near the horizon only.
+      const int extension = pv || childDepth <= CheckExtensionMaxDepth ? 1 : 0;
+      v = -searchNodeInCheck<Them>(check, -beta, -alpha, childPly, childDepth + extension, child);
+    } else if (childDepth == 0) {
+      v = -quiescence<Them>(-beta, -alpha, childPly, child);
+    } else if (moveNumber == 1) {
+      v = -searchNode<Them>(-beta, -alpha, childPly, childDepth, child);
+    } else {
+      // Principal variation search: a null window first, the full one only if the move raises alpha.
+      v = -searchNode<Them>(-alpha - 1, -alpha, childPly, childDepth, child);
+      if (pv && v > alpha) v = -searchNode<Them>(-beta, -alpha, childPly, childDepth, child);
+    }
+    if (childDepth == fullDepth || v <= alpha) return v;
+    childDepth = fullDepth;  // the reduced search raised alpha: once more at full depth
   }
-  if (v < beta) return false;
-  if (v >= MateThreshold + 1) v = beta;  // a mate found after passing is not believed
-  storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, v, NoMove);
-  score = v;
-  return true;
 }
 
+// The move loop of both node kinds, from the node's first move on. The window is the node's own
+// and is never raised: each move is searched from the best score so far.
 template <Color Us, bool InCheck>
-int Searcher::searchMoves(MoveSelector& selector, Move first, int alpha, int beta, int ply, int depth,
-                          const Bounds& bounds, PvLine& line) {
+int Searcher::searchMoves(MoveSelector& selector, Move first, const Node& node, PvLine& line) {
   int best = -MateScore;
   int moveNumber = 0;
   for (Move m = first; m != NoMove; m = selector.next<Us>()) {
@@ -135,150 +149,208 @@ int Searcher::searchMoves(MoveSelector& selector, Move first, int alpha, int bet
     ++moveNumber;
     CheckInfo check;
     givesCheck<Us>(board, m, check);
-    const bool late =
-        !InCheck && moveNumber >= 2 && depth > 2 && isQuietMove(board, m) && !isPawnToSeventh(board, m);
+    // Asked before the move is made; a move in check is never reduced.
+    const bool late = !InCheck && moveNumber >= 2 && node.depth >= ReductionMinDepth && isQuietMove(board, m) &&
+                      !isPawnToSeventh(board, m);
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
-    const int v = searchMove<Us>(check, std::max(alpha, best), beta, ply + 1, depth, moveNumber, late, child);
+    const int v =
+        searchMove<Us>(check, std::max(node.alpha, best), node.beta, node.ply + 1, node.depth, moveNumber, late, child);
     board.unmakeMove<Us>(m, undo);
     if (stopped()) return StoppedScore;
-    if (v >= beta) {
+    if (v >= node.beta) {
       stats.cutoffs.add();
       if (moveNumber == 1) stats.cutoffsOn1stMove.add();
       updateKillers(board, m);
-      storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, v, m);
-      return v;
+      return store(node, v, m);
     }
     if (v > best) {
       best = v;
-      if (v > alpha) line.setFrom(m, child);
+      if (v > node.alpha) line.setFrom(m, child);
     }
   }
-  storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, best, line.first());
-  return best;
+  return store(node, best, line.first());
 }
 
-// The steps every interior node begins with: count, clock, draw, mate distance, table. True
-// when they settle the node, whose score is then in score.
-template <Color Us, bool InCheck>
-bool Searcher::openNode(int& alpha, int& beta, int ply, int depth, PvLine& line, Bounds& bounds, Move& ttMove,
-                        int& score) {
-  stats.nodes.add();
-  score = StoppedScore;
-  if (mustStopAt()) return true;
-  score = DrawScore;
-  if (isDrawn()) return true;
-  bounds = mateDistanceBounds<Us, InCheck>(ply, alpha, beta);
-  if (alpha >= beta) {
-    storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, alpha, NoMove);
-    score = alpha;
-    return true;
-  }
-  bool found = false;
-  const bool cutoff = probeTT(board, *ttHash, alpha, beta, ply, depth, score, ttMove, found);
-  if (found) stats.ttHits.add();
-  if (cutoff && ttMove != NoMove) {
-    line.moves[0] = ttMove;
-    line.count = 1;
-  }
-  return cutoff;
-}
+namespace {
+
+// The limits and margins of the interior node's steps, in the order of the steps.
+constexpr int RazorMaxDepth = 3;
+constexpr int RazorMargin[RazorMaxDepth + 1] = {0, 232, 264, 296};  // by depth
+constexpr int StaticNullMaxDepth = 5;
+constexpr int FutilityMargin[StaticNullMaxDepth + 1] = {0, 80, 160, 240, 320, 400};  // by depth
+constexpr int NullMoveMinDepth = 2;
+constexpr int NullMoveReduction = 3;       // plies skipped besides the pass itself
+constexpr int NullMoveMaxDeepening = 3;    // one more ply skipped per 4 of depth, up to this many
+constexpr int IidMinDepth = 3;
+constexpr int IidReduction = 2;
+constexpr int SingleReplyMaxPly = 8;
+
+}  // namespace
 
 template <Color Us>
 int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) {
-  Bounds bounds;
-  Move ttMove = NoMove;
-  int settled = 0;
-  if (openNode<Us, false>(alpha, beta, ply, depth, line, bounds, ttMove, settled)) return settled;
+  constexpr Color Them = Us ^ 1;
 
-  int tablebaseValue = 0;
-  if (probeTablebase<Us>(depth, tablebaseValue)) {
-    stats.tbHits.add();
-    return tablebaseValue > 0 ? tablebaseValue - ply : tablebaseValue < 0 ? tablebaseValue + ply : 0;
+  // 1. Count the node; thread 0 watches the clock; a drawn position needs no search.
+  stats.nodes.add();
+  if (mustStopAt()) return StoppedScore;
+  if (isDrawn()) return DrawScore;
+
+  // 2. Mate distance: the window shrinks to what a mate from this ply can still reach, which
+  // may leave nothing to search. From here on the node's window is node.alpha, node.beta.
+  Node node = openNode<Us, false>(alpha, beta, ply, depth);
+  if (node.alpha >= node.beta) return store(node, node.alpha, NoMove);
+
+  // 3. Transposition table: a deep enough entry with a fitting bound settles the node, in a PV
+  // window too; any entry offers its move to search first.
+  Move ttMove = NoMove;
+  int ttScore = 0;
+  if (probe(node, ttMove, ttScore)) {
+    if (ttMove != NoMove) {
+      line.moves[0] = ttMove;
+      line.count = 1;
+    }
+    return ttScore;
   }
 
-  const int eval = evaluate(board, *pawnHash, alpha, beta);
-  const bool pv = isPvWindow(alpha, beta);
+  // 4. Tablebases: an exact result, turned from a distance to mate from here into a score from
+  // the root. It is not stored.
+  if (int value = 0; probeTablebase<Us>(depth, value)) {
+    stats.tbHits.add();
+    return value > 0 ? value - ply : value < 0 ? value + ply : 0;
+  }
+
+  // 5. The static evaluation, which the three pruning steps weigh against the window.
+  const int eval = evaluate(board, *pawnHash, node.alpha, node.beta);
+  const bool pv = isPvWindow(node.alpha, node.beta);
   PvLine child;
 
-  if (depth <= 3 && !pv && ttMove == NoMove && alpha >= -MateThreshold - 1 && alpha <= MateThreshold - 1) {
-    const int t = alpha - razorMargin[depth];
+  // 6. Razoring: near the horizon, a null-window node whose evaluation lies far below alpha is
+  // settled by quiescence if the captures don't bring it back. Not when the table knows a move,
+  // a sign the node did better before; not near mate scores, which the margin would distort.
+  if (depth <= RazorMaxDepth && !pv && ttMove == NoMove && insideMateRange(node.beta)) {
+    const int t = node.alpha - RazorMargin[depth];
     if (eval <= t) {
       const int v = quiescence<Us>(t, t + 1, ply, child);
       if (v <= t) return v;
     }
   }
 
-  if (depth <= 5 && insideMateRange(alpha) && insideMateRange(beta)) {
-    const int t = eval - futilityMargin[depth];
-    if (beta <= t) {
-      storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, ply, depth, t, NoMove);
-      return t;
-    }
+  // 7. Static null move: near the horizon, an evaluation above beta by more than a move could
+  // lose in the plies left cuts off at once.
+  if (depth <= StaticNullMaxDepth && insideMateRange(node.alpha) && insideMateRange(node.beta)) {
+    const int t = eval - FutilityMargin[depth];
+    if (node.beta <= t) return store(node, t, NoMove);
   }
 
-  int nullScore = 0;
-  if (depth >= 2 && !pv && eval >= beta && nullMoveCutoff<Us>(beta, ply, depth, bounds, alpha, nullScore))
-    return nullScore;
-
-  if (ttMove == NoMove && depth >= 3 && pv) {
+  // 8. Null move: a null-window node already at or above beta that stays there even after
+  // passing, searched shallower, is taken to fail high. A mate found after the pass is not
+  // believed: a pass is no legal move, and may be what made the mate.
+  if (depth >= NullMoveMinDepth && !pv && eval >= node.beta && mayPass<Us>(ply)) {
+    const int r = depth - 1 - NullMoveReduction - std::min(depth / 4, NullMoveMaxDeepening);
     child.clear();
-    searchNode<Us>(alpha, beta, ply, depth - 2, child);
+    UndoRecord undo;
+    board.makeNullMove(undo);
+    const int v = r < 1 ? -quiescence<Them>(-node.beta, 1 - node.beta, ply + 1, child)
+                        : -searchNode<Them>(-node.beta, 1 - node.beta, ply + 1, r, child);
+    board.unmakeNullMove(undo);
+    if (stopped()) return StoppedScore;
+    if (v >= node.beta) return store(node, v >= MateThreshold + 1 ? node.beta : v, NoMove);
+  }
+
+  // 9. Internal iterative deepening: a PV node without a table move finds one by a shallower
+  // search of itself, for its first move decides most of its cost.
+  if (ttMove == NoMove && depth >= IidMinDepth && pv) {
+    child.clear();
+    searchNode<Us>(node.alpha, node.beta, ply, depth - IidReduction, child);
     if (stopped()) return StoppedScore;
     if (child.count > 0) ttMove = child.moves[0];
   }
 
+  // 10. Single reply extension: near the root, a node with one legal move is searched a ply
+  // deeper, since its cost is that of one move. Counting them generates the whole list.
   MoveSelector selector;
   selector.init<Us>(SelectNormal, board, CheckInfo{}, NoMove);
-  if (ply < 8) {
+  if (ply < SingleReplyMaxPly) {
     selector.next<Us>();
-    if (selector.list.count == 1) ++depth;
+    if (selector.list.count == 1) ++node.depth;
     selector.rewind();
   }
+
+  // 11. The moves, the line's first and the table's before the rest; with none it is stalemate.
   selector.pvMove = line.first();
   selector.hashMove = ttMove;
   const Move first = selector.next<Us>();
-  if (first == NoMove) return DrawScore;  // stalemate
-  return searchMoves<Us, false>(selector, first, alpha, beta, ply, depth, bounds, line);
+  if (first == NoMove) return DrawScore;
+  return searchMoves<Us, false>(selector, first, node, line);
 }
 
+// A node whose side is in check has no pruning at all: every legal reply is searched.
 template <Color Us>
 int Searcher::searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int ply, int depth, PvLine& line) {
-  Bounds bounds;
-  Move ttMove = NoMove;
-  int settled = 0;
-  if (openNode<Us, true>(alpha, beta, ply, depth, line, bounds, ttMove, settled)) return settled;
+  // 1. Count the node; thread 0 watches the clock; a drawn position needs no search.
+  stats.nodes.add();
+  if (mustStopAt()) return StoppedScore;
+  if (isDrawn()) return DrawScore;
 
+  // 2. Mate distance, where the side in check may be mated at this very ply.
+  const Node node = openNode<Us, true>(alpha, beta, ply, depth);
+  if (node.alpha >= node.beta) return store(node, node.alpha, NoMove);
+
+  // 3. Transposition table, as in searchNode.
+  Move ttMove = NoMove;
+  int ttScore = 0;
+  if (probe(node, ttMove, ttScore)) {
+    if (ttMove != NoMove) {
+      line.moves[0] = ttMove;
+      line.count = 1;
+    }
+    return ttScore;
+  }
+
+  // 4. The replies to the check, the line's first and the table's before the rest; with none
+  // the side is mated.
   MoveSelector selector;
   selector.init<Us>(SelectInCheck, board, check, line.first());
   selector.hashMove = ttMove;
   const Move first = selector.next<Us>();
-  if (first == NoMove) return ply - MateScore;  // mated
-  return searchMoves<Us, true>(selector, first, alpha, beta, ply, depth, bounds, line);
+  if (first == NoMove) return ply - MateScore;
+  return searchMoves<Us, true>(selector, first, node, line);
 }
 
+// Captures and promotions until the position is quiet, without the transposition table.
 template <Color Us>
 int Searcher::quiescence(int alpha, int beta, int ply, PvLine& line) {
   constexpr Color Them = Us ^ 1;
+
+  // 1. Count the node; thread 0 watches the clock; a drawn position needs no search.
   stats.nodes.add();
   stats.qsNodes.add();
   if (mustStopAt()) return StoppedScore;
   if (isDrawn()) return DrawScore;
+
+  // 2. Mate distance, as in searchNode.
   mateDistanceBounds<Us, false>(ply, alpha, beta);
   if (alpha >= beta) return alpha;
 
+  // 3. Stand pat: the side to move need not capture, so the evaluation is a floor for the
+  // score; at or above beta it cuts off.
   const int eval = evaluate(board, *pawnHash, alpha, beta);
   if (eval >= beta) return eval;
   int best = eval;
 
+  // 4. The captures and promotions, the line's first before the rest.
   MoveSelector selector;
   selector.init<Us>(SelectCaptures, board, CheckInfo{}, line.first());
   int moveNumber = 0;
   for (Move m = selector.next<Us>(); m != NoMove; m = selector.next<Us>()) {
     ++moveNumber;
+    // A capture that a cheap defender answers is dropped, even if it gives check.
     int gain = 0;
     if (isLosingCapture<Us>(board, m, gain)) continue;
+    // Delta pruning: a move that doesn't give check and whose gain can't lift best above alpha.
     CheckInfo check;
     givesCheck<Us>(board, m, check);
     if (check.checkers == 0 && best + gain <= alpha) continue;
@@ -287,6 +359,7 @@ int Searcher::quiescence(int alpha, int beta, int ply, PvLine& line) {
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
+    // A check leaves quiescence for one node in check, so that every reply is seen.
     const int a = std::max(alpha, best);
     const int v = check.checkers != 0 ? -searchNodeInCheck<Them>(check, -beta, -a, ply + 1, 1, child)
                                       : -quiescence<Them>(-beta, -a, ply + 1, child);
