@@ -3,10 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <cctype>
 #include <random>
 #include <sstream>
-#include <string>
 
 #include "board/fen.h"
 #include "board/movegen.h"
@@ -29,29 +27,8 @@ class EvalFixture : public ::testing::Test {
     pawnHash.resize(1, "Pawn hash", sink);
   }
 
-  // Also takes positions that setFromFen refuses, such as both kings in check: the evaluation
-  // defines a value for them all the same.
   const Board_0x88& setUp(const char* fen) {
-    if (setFromFen(board, fen)) return board;
-    board.clear();
-    std::istringstream fields(fen);
-    std::string placement, side, castling, enPassant;
-    int clock = 0;
-    fields >> placement >> side >> castling >> enPassant >> clock;
-    int square = makeSquare(0, 7);
-    for (char c : placement) {
-      if (c == '/')
-        square -= 16 + 8;  // from behind the h-file to the a-file of the rank below
-      else if (std::isdigit(c))
-        square += c - '0';
-      else
-        EXPECT_TRUE(board.addPiece(Square88(square++), PieceType(std::string(PieceLetters).find(char(std::tolower(c)))),
-                                   std::isupper(c) ? White : Black)) << fen;
-    }
-    board.sideToMove = side == "b" ? Black : White;
-    board.halfmoveClock = std::uint8_t(clock);
-    board.history[0].key = board.computeKey();
-    board.history[0].pawnKey = board.computePawnKey();
+    EXPECT_TRUE(setFromFen(board, fen)) << fen;
     return board;
   }
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "board/board_helpers.h"
 #include "eval_fixture.h"
 
 namespace torvy {
@@ -19,10 +20,7 @@ class EvalReportTest : public EvalFixture {
     setUp(fen);
     std::ostringstream out;
     evaluationReport(board, pawnHash, out);
-    std::vector<std::string> lines;
-    std::istringstream in(out.str());
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
+    return testing::linesOf(out.str());
   }
   // The numbers of a row, found by its label; the framing test shows the columns they stand in.
   static std::string row(const std::vector<std::string>& lines, const std::string& label) {

@@ -31,32 +31,17 @@ TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
       {"7k/8/8/8/8/8/1p6/K6Q w - - 0 1", 1188},
       {"8/5k2/8/8/3R4/2K5/5b2/8 w - - 0 1", 201},
       {"4k3/8/8/8/8/8/4P3/4K3 b - - 99 1", -1},
+      // Six own pawns lift each knight; three bishops get one pair bonus; a third rook makes 25
+      // phase points, held at 24.
+      {"4k3/pppppp2/8/8/8/8/PPPPPP2/1N2K1N1 w - - 0 1", 769},
+      {"4k3/8/8/8/8/8/8/1BB1KB2 w - - 0 1", 1277},
+      {"rnbqkbnr/pppppppp/8/8/8/8/RPPPPPPP/RNBQKBNR w - - 0 1", 537},
   };
   for (const auto& [fen, value] : references) {
     // A cold and then a warm pawn hash must agree.
     EXPECT_EQ(score(fen), value) << fen;
     EXPECT_EQ(score(fen), value) << fen << " (pawn hash hit)";
   }
-}
-
-TEST_F(EvaluateTest, MaterialAdjustmentsBishopPairAndPhaseCap) {
-  struct Case {
-    const char* fen;
-    int mg, eg;
-  };
-  const Case cases[] = {
-      // Six own pawns: each knight gains 7 / 6.
-      {"4k3/pppppp2/8/8/8/8/PPPPPP2/1N2K1N1 w - - 0 1", 2 * 424 + 14, 2 * 376 + 12},
-      // Three bishops get one pair bonus.
-      {"4k3/8/8/8/8/8/8/1BB1KB2 w - - 0 1", 3 * 402 + 42, 3 * 403 + 69},
-  };
-  for (const Case& c : cases) {
-    const MaterialInfo m = computeMaterial(setUp(c.fen));
-    EXPECT_EQ(m.materialMg, c.mg) << c.fen;
-    EXPECT_EQ(m.materialEg, c.eg) << c.fen;
-  }
-  // A third rook in place of a pawn makes 25 phase points, held at 24.
-  EXPECT_EQ(computeMaterial(setUp("rnbqkbnr/pppppppp/8/8/8/8/RPPPPPPP/RNBQKBNR w - - 0 1")).phase, 24u);
 }
 
 // No mating material on either side, or only on the side that cannot win: a knight ahead of a

@@ -5,7 +5,6 @@
 #include "board/geometry.h"
 #include "eval/mobility.h"
 #include "eval/packed_score.h"
-#include "eval/tropism.h"
 #include "eval_fixture.h"
 
 namespace torvy {
@@ -64,11 +63,7 @@ TEST_F(PiecesTest, EnemyMenEndRaysAndCount) {
   for (const TermCase& c : bishops) expectWhiteTerm(EvalTerm::Bishops, c);
 }
 
-TEST_F(PiecesTest, TropismOfEachMan) {
-  EXPECT_EQ(tropism(Pawn, sq::a1 + 16, sq::a8), (ScorePair{20, -8}));
-  EXPECT_EQ(tropism(Queen, sq::d1, sq::e1), (ScorePair{25, 205}));
-  EXPECT_EQ(tropism(Queen, sq::e1 + 16, sq::e1), (ScorePair{25, 205}));
-  EXPECT_EQ(tropism(Rook, sq::a1, sq::h8), (ScorePair{0, 0}));
+TEST_F(PiecesTest, PawnTropismEndsAtTheKingsRank) {
   // A pawn beyond the enemy king's rank no longer counts; one level with it does.
   EXPECT_EQ(terms("8/8/8/8/8/1P6/k7/7K w - - 0 1").term(EvalTerm::KingTropism, White), (ScorePair{0, 0}));
   EXPECT_EQ(terms("8/8/8/8/8/8/kP6/7K w - - 0 1").term(EvalTerm::KingTropism, White), (ScorePair{10, -4}));
