@@ -125,11 +125,10 @@ void printReport(const RunTotals& run, const PerftTable& table, const char* pref
 template <class Root>
 std::uint64_t bySideAndCheck(const Board_0x88& board, Root root) {
   CheckInfo check;
-  if (board.sideToMove == White)
-    return findCheck<White>(board, check) ? root(ColorConstant<White>{}, std::true_type{}, check)
-                                          : root(ColorConstant<White>{}, std::false_type{}, check);
-  return findCheck<Black>(board, check) ? root(ColorConstant<Black>{}, std::true_type{}, check)
-                                        : root(ColorConstant<Black>{}, std::false_type{}, check);
+  return forSideToMove(board, [&]<Color Us>() {
+    return findCheck<Us>(board, check) ? root(ColorConstant<Us>{}, std::true_type{}, check)
+                                       : root(ColorConstant<Us>{}, std::false_type{}, check);
+  });
 }
 
 // The frame both drivers share: clock, table, keys, the root call, and the report.

@@ -34,10 +34,7 @@ Searcher::Searcher(std::uint32_t index, const Tables& tables)
 
 void Searcher::runSearch(const Board_0x88& game, Move& best, Move& ponder) {
   board = game;
-  if (board.sideToMove == White)
-    runIterations<White>(best, ponder);
-  else
-    runIterations<Black>(best, ponder);
+  forSideToMove(board, [&]<Color Us>() { runIterations<Us>(best, ponder); });
 }
 
 // Scores every root move by a tablebase probe or the static evaluation; the best one is the

@@ -122,7 +122,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   requireKeysMatch(*board);
   if (lineEnd != std::string::npos) checkParsedMoves(*board, input.substr(lineEnd + 1));
 
-  const std::uint64_t replies = board->sideToMove == White ? walkTwoPlies<White>(*board) : walkTwoPlies<Black>(*board);
+  const std::uint64_t replies = forSideToMove(*board, [&]<Color Us>() { return walkTwoPlies<Us>(*board); });
   table->clear();
   std::uint64_t nodes = 0;
   require(perftFromRoot(nodes, *board, *table, 2) == replies);
