@@ -147,7 +147,7 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
 template <Color Us>
 inline bool isKingAttacked(const Board_0x88& board, CheckInfo& info) {
   const Square88 k = board.kingSquare(Us);
-  return k != NoSquare && isAttacked<Us ^ 1>(board, k, info);
+  return k != NoSquare && isAttacked<opposite(Us)>(board, k, info);
 }
 
 template <Color Us>
@@ -158,7 +158,7 @@ inline bool findCheck(const Board_0x88& board, CheckInfo& info) {
 
 template <Color Us>
 inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   const Square88 k = board.kingSquare(Us);
   std::uint64_t pinned = 0;
   if (k == NoSquare) return pinned;
@@ -234,7 +234,7 @@ inline bool givesDirectOrDiscoveredCheck(const Board_0x88& board, Move m, Square
 // a side in check is always known to be in check.
 template <Color Us>
 inline bool givesCheck(Board_0x88& board, Move m, CheckInfo& info) {
-  const Square88 k = board.kingSquare(Us ^ 1);
+  const Square88 k = board.kingSquare(opposite(Us));
   if (k == NoSquare) return false;
   if (detail::givesDirectOrDiscoveredCheck<Us>(board, m, k, info)) return true;
   if (moveKind(m) == NormalMove) return false;
@@ -251,7 +251,7 @@ template <Color Us>
 inline bool isKingStepSafe(Board_0x88& board, Square88 from, Square88 to) {
   CheckInfo info;
   board.pieceOn[from] = NoPiece;
-  const bool attacked = isAttacked<Us ^ 1>(board, to, info);
+  const bool attacked = isAttacked<opposite(Us)>(board, to, info);
   board.pieceOn[from] = King;
   return !attacked;
 }

@@ -43,7 +43,7 @@ inline void tryAdd(Board_0x88& board, bool tested, MoveList& list, Move m) {
 
 template <Color Us>
 inline bool holdsEnemy(const Board_0x88& board, int s) {
-  return onBoard(s) && board.colorOn[s] == (Us ^ 1);
+  return onBoard(s) && board.colorOn[s] == opposite(Us);
 }
 
 // Queen, knight, rook, bishop: the order the promotions are listed in.
@@ -94,7 +94,7 @@ inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 f
     int to = from + d;
     for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
       if constexpr (!CapturesOnly) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
-    if (onBoard(to) && board.colorOn[to] == (Us ^ 1)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
+    if (onBoard(to) && board.colorOn[to] == opposite(Us)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
 
@@ -164,7 +164,7 @@ inline void generateCastling(Board_0x88& board, const PinInfo& pins, MoveList& l
         board.pieceOn[wing.empty[2]] != NoPiece)
       continue;
     CheckInfo info;
-    if (isAttacked<Us ^ 1>(board, wing.crossed, info)) continue;
+    if (isAttacked<opposite(Us)>(board, wing.crossed, info)) continue;
     if (isLegal<Us>(board, wing.move)) list.addMove(wing.move);
   }
 }

@@ -63,7 +63,7 @@ void setUpSelector(MoveSelector& selector, Board_0x88& board, const CheckInfo& c
 // The leaves below one move, with the check it gives handed to the reply.
 template <Color Us>
 std::uint64_t subtree(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, Move m) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   CheckInfo check;
   const bool checks = givesCheck<Us>(board, m, check);
   UndoRecord undo;

@@ -71,7 +71,7 @@ void tryBothPairs(Board_0x88& board, Move m) {
 // Every legal move, and below each every legal reply; returns the number of replies.
 template <Color Us>
 std::uint64_t walkTwoPlies(Board_0x88& board) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   MoveList moves;
   generateLegalMoves(board, moves);
   std::uint64_t replies = 0;
