@@ -38,10 +38,7 @@ void playRandomMove(Board_0x88& board, std::mt19937_64& random) {
   if (legal.count == 0) return;
   const Move m = legal[std::uint32_t(random() % legal.count)];
   UndoRecord undo;
-  if (board.sideToMove == White)
-    board.makeMove<White>(m, undo);
-  else
-    board.makeMove<Black>(m, undo);
+  forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
 }
 
 // Positions a few random moves deep, each with entries for its first legal moves.

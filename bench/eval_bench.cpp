@@ -24,10 +24,7 @@ using Game = std::vector<Move>;
 
 void play(Board_0x88& board, Move m) {
   UndoRecord undo;
-  if (board.sideToMove == White)
-    board.makeMove<White>(m, undo);
-  else
-    board.makeMove<Black>(m, undo);
+  forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
 }
 
 std::vector<Game> randomGames(Board_0x88& board) {

@@ -27,14 +27,14 @@ bool isPseudoLegalCastling(const Board_0x88& board, Move m) {
   // Castling out of check is refused here too, since a hash move in check is tested
   // only for the king's target square.
   CheckInfo info;
-  return !isAttacked<Us ^ 1>(board, path.crossed, info) && !isKingAttacked<Us>(board, info);
+  return !isAttacked<opposite(Us)>(board, path.crossed, info) && !isKingAttacked<Us>(board, info);
 }
 
 }  // namespace
 
 template <Color Us>
 bool isPseudoLegal(const Board_0x88& board, Move m) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   const Square88 from = fromSquare(m);
   const Square88 to = toSquare(m);
   if (from == to || board.colorOn[from] != Us || board.colorOn[to] == Us) return false;
@@ -66,7 +66,7 @@ template <Color Us>
 bool pawnStepFits(const Board_0x88& board, int difference, Square88 to) {
   if (difference == pawnForward[Us]) return board.pieceOn[to] == NoPiece;
   const bool diagonal = difference == pawnCaptureDeltas[Us][0] || difference == pawnCaptureDeltas[Us][1];
-  return diagonal && board.colorOn[to] == (Us ^ 1);
+  return diagonal && board.colorOn[to] == opposite(Us);
 }
 
 }  // namespace

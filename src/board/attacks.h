@@ -38,6 +38,54 @@ inline bool needsLegalityTest(const Board_0x88& board, Move m, const PinInfo& pi
   return pieceNeedsLegalityTest(board, fromSquare(m), pins) || moveKind(m) == EnPassantMove;
 }
 
+// Whether a piece of By attacks s; on true, info holds the attacker found first.
+template <Color By>
+bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info);
+
+// Whether the king of Us stands attacked; a side without a king is never in check.
+template <Color Us>
+bool isKingAttacked(const Board_0x88& board, CheckInfo& info);
+
+// isKingAttacked with info cleared first: the check state of a node.
+template <Color Us>
+bool findCheck(const Board_0x88& board, CheckInfo& info);
+
+// The pieces of Us pinned to their king along ranks and files, or along diagonals, as square bits.
+template <Color Us>
+std::uint64_t straightPins(const Board_0x88& board);
+template <Color Us>
+std::uint64_t diagonalPins(const Board_0x88& board);
+template <Color Us>
+PinInfo computePinInfo(const Board_0x88& board, const CheckInfo& check);
+
+// Whether the move gives check, read before it is made; on true, info holds the checker.
+template <Color Us>
+bool givesCheck(Board_0x88& board, Move m, CheckInfo& info);
+
+// Whether the king of Us may step from one square to the other without a test make.
+template <Color Us>
+bool isKingStepSafe(Board_0x88& board, Square88 from, Square88 to);
+
+// Whether the move leaves the own king safe, by a test make (or the king-step shortcut).
+template <Color Us>
+bool isLegal(Board_0x88& board, Move m);
+
+// isLegal, skipped for moves the pin shortcut clears.
+template <Color Us>
+bool isLegalWithPins(Board_0x88& board, Move m, const PinInfo& pins);
+
+// Whether a stored move can be played here at all; it does not look at the own king.
+template <Color Us>
+bool isPseudoLegal(const Board_0x88& board, Move m);
+
+// Whether the piece on the from-square can make this move at all: its step, its line with
+// nothing in between, a pawn's push or capture. Castling is left to isPseudoLegal.
+template <Color Us>
+bool movesLikeItsPiece(const Board_0x88& board, Move m);
+
+// Template bodies; callers need only the declarations above.
+// ---------------------------------------------------------------------------
+
 namespace detail {
 
 inline bool holds(const Board_0x88& board, int s, Color c, PieceType t) {
@@ -99,7 +147,7 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
 template <Color Us>
 inline bool isKingAttacked(const Board_0x88& board, CheckInfo& info) {
   const Square88 k = board.kingSquare(Us);
-  return k != NoSquare && isAttacked<Us ^ 1>(board, k, info);
+  return k != NoSquare && isAttacked<opposite(Us)>(board, k, info);
 }
 
 template <Color Us>
@@ -110,7 +158,7 @@ inline bool findCheck(const Board_0x88& board, CheckInfo& info) {
 
 template <Color Us>
 inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   const Square88 k = board.kingSquare(Us);
   std::uint64_t pinned = 0;
   if (k == NoSquare) return pinned;
@@ -186,7 +234,7 @@ inline bool givesDirectOrDiscoveredCheck(const Board_0x88& board, Move m, Square
 // a side in check is always known to be in check.
 template <Color Us>
 inline bool givesCheck(Board_0x88& board, Move m, CheckInfo& info) {
-  const Square88 k = board.kingSquare(Us ^ 1);
+  const Square88 k = board.kingSquare(opposite(Us));
   if (k == NoSquare) return false;
   if (detail::givesDirectOrDiscoveredCheck<Us>(board, m, k, info)) return true;
   if (moveKind(m) == NormalMove) return false;
@@ -203,7 +251,7 @@ template <Color Us>
 inline bool isKingStepSafe(Board_0x88& board, Square88 from, Square88 to) {
   CheckInfo info;
   board.pieceOn[from] = NoPiece;
-  const bool attacked = isAttacked<Us ^ 1>(board, to, info);
+  const bool attacked = isAttacked<opposite(Us)>(board, to, info);
   board.pieceOn[from] = King;
   return !attacked;
 }
@@ -224,14 +272,5 @@ template <Color Us>
 inline bool isLegalWithPins(Board_0x88& board, Move m, const PinInfo& pins) {
   return !needsLegalityTest(board, m, pins) || isLegal<Us>(board, m);
 }
-
-// Whether a stored move can be played here at all; it does not look at the own king.
-template <Color Us>
-bool isPseudoLegal(const Board_0x88& board, Move m);
-
-// Whether the piece on the from-square can make this move at all: its step, its line with
-// nothing in between, a pawn's push or capture. Castling is left to isPseudoLegal.
-template <Color Us>
-bool movesLikeItsPiece(const Board_0x88& board, Move m);
 
 }  // namespace torvy

@@ -97,6 +97,14 @@ class Board_0x88 : public Board_Common {
   template <Keep K> void move(Square88 from, Square88 to);
 };
 
+// The one place the run-time side to move picks the per-colour code: f is a lambda written
+// like the templates it calls, [&]<Color Us>() { ... }.
+template <class F>
+decltype(auto) forSideToMove(const Board_Common& board, F&& f) {
+  if (board.sideToMove == White) return f.template operator()<White>();
+  return f.template operator()<Black>();
+}
+
 }  // namespace torvy
 
 #include "board/make_move.h"

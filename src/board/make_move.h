@@ -105,7 +105,7 @@ inline void Board_0x88::move(Square88 from, Square88 to) {
 
 template <Color Us, Board_0x88::Mode M>
 inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   constexpr Keep K = M == Mode::Full ? Keep::Everything : M == Mode::Light ? Keep::LightKey : Keep::PiecesOnly;
   constexpr bool KeepsRights = M != Mode::Test;
   constexpr bool KeepsClock = M == Mode::Full;
@@ -206,7 +206,7 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
 
 template <Color Us, Board_0x88::Mode M>
 inline void Board_0x88::doUnmake(Move m, const UndoRecord& undo) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   constexpr Keep K = M == Mode::Full ? Keep::SumsOnly : Keep::PiecesOnly;
 
   const Square88 from = fromSquare(m);

@@ -4,10 +4,7 @@ namespace torvy {
 
 void generateLegalMoves(Board_0x88& board, MoveList& list) {
   list.clear();
-  if (board.sideToMove == White)
-    generateLegalMovesFor<White>(board, list);
-  else
-    generateLegalMovesFor<Black>(board, list);
+  forSideToMove(board, [&]<Color Us>() { generateLegalMovesFor<Us>(board, list); });
 }
 
 }  // namespace torvy

@@ -6,6 +6,33 @@
 
 namespace torvy {
 
+// Each generator appends to the list, keeping what is there already.
+// The en passant captures of Us.
+template <Color Us>
+void generateEnPassant(Board_0x88& board, MoveList& list);
+
+// Every move of the pieces of Us but en passant and castling.
+template <Color Us>
+void generateAllMoves(Board_0x88& board, const PinInfo& pins, MoveList& list);
+
+// The captures of Us and its promotions to a queen, en passant aside.
+template <Color Us>
+void generateCaptures(Board_0x88& board, const PinInfo& pins, MoveList& list);
+
+// The castling moves of Us; none in check.
+template <Color Us>
+void generateCastling(Board_0x88& board, const PinInfo& pins, MoveList& list);
+
+// All legal moves of Us: en passant, then the pieces, then castling.
+template <Color Us>
+void generateLegalMovesFor(Board_0x88& board, MoveList& list);
+
+// The same for the side to move, into a cleared list.
+void generateLegalMoves(Board_0x88& board, MoveList& list);
+
+// Template bodies; callers need only the declarations above.
+// ---------------------------------------------------------------------------
+
 namespace detail {
 
 // tested: the piece's moves need the test make (pieceNeedsLegalityTest).
@@ -16,7 +43,7 @@ inline void tryAdd(Board_0x88& board, bool tested, MoveList& list, Move m) {
 
 template <Color Us>
 inline bool holdsEnemy(const Board_0x88& board, int s) {
-  return onBoard(s) && board.colorOn[s] == (Us ^ 1);
+  return onBoard(s) && board.colorOn[s] == opposite(Us);
 }
 
 // Queen, knight, rook, bishop: the order the promotions are listed in.
@@ -67,7 +94,7 @@ inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 f
     int to = from + d;
     for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
       if constexpr (!CapturesOnly) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
-    if (onBoard(to) && board.colorOn[to] == (Us ^ 1)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
+    if (onBoard(to) && board.colorOn[to] == opposite(Us)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
 
@@ -137,12 +164,11 @@ inline void generateCastling(Board_0x88& board, const PinInfo& pins, MoveList& l
         board.pieceOn[wing.empty[2]] != NoPiece)
       continue;
     CheckInfo info;
-    if (isAttacked<Us ^ 1>(board, wing.crossed, info)) continue;
+    if (isAttacked<opposite(Us)>(board, wing.crossed, info)) continue;
     if (isLegal<Us>(board, wing.move)) list.addMove(wing.move);
   }
 }
 
-// All legal moves of the side to move: en passant, then the pieces, then castling.
 template <Color Us>
 inline void generateLegalMovesFor(Board_0x88& board, MoveList& list) {
   CheckInfo check;
@@ -152,7 +178,5 @@ inline void generateLegalMovesFor(Board_0x88& board, MoveList& list) {
   generateAllMoves<Us>(board, pins, list);
   generateCastling<Us>(board, pins, list);
 }
-
-void generateLegalMoves(Board_0x88& board, MoveList& list);
 
 }  // namespace torvy

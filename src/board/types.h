@@ -5,21 +5,16 @@
 
 namespace torvy {
 
-using Color = std::uint8_t;
-constexpr Color White = 0;
-constexpr Color Black = 1;
-constexpr Color NoColor = 2;
+// Distinct enums, so that a colour, a piece and a move kind can't stand in for one another;
+// unscoped, so that they still index the tables.
+enum Color : std::uint8_t { White, Black, NoColor };
 
-constexpr Color opposite(Color c) { return c ^ 1; }
+constexpr Color opposite(Color c) { return Color(c ^ 1); }
 
-using PieceType = std::uint8_t;
-constexpr PieceType NoPiece = 0;
-constexpr PieceType Pawn = 1;
-constexpr PieceType Knight = 2;
-constexpr PieceType Bishop = 3;
-constexpr PieceType Rook = 4;
-constexpr PieceType Queen = 5;
-constexpr PieceType King = 6;
+enum PieceType : std::uint8_t { NoPiece, Pawn, Knight, Bishop, Rook, Queen, King };
+
+// For the loops over the kinds of piece, Pawn to King.
+constexpr PieceType& operator++(PieceType& t) { return t = PieceType(t + 1); }
 
 // The only piece alphabet: index by PieceType, upper case for White where shown.
 constexpr const char* PieceLetters = ".pnbrqk";
@@ -39,6 +34,12 @@ constexpr Square88 toSquare88(Square64 s) { return Square88((s & 7) | ((s & 0x38
 
 namespace sq {
 constexpr Square88 a1 = 0x00, b1 = 0x01, c1 = 0x02, d1 = 0x03, e1 = 0x04, f1 = 0x05, g1 = 0x06, h1 = 0x07;
+constexpr Square88 a2 = 0x10, b2 = 0x11, c2 = 0x12, d2 = 0x13, e2 = 0x14, f2 = 0x15, g2 = 0x16, h2 = 0x17;
+constexpr Square88 a3 = 0x20, b3 = 0x21, c3 = 0x22, d3 = 0x23, e3 = 0x24, f3 = 0x25, g3 = 0x26, h3 = 0x27;
+constexpr Square88 a4 = 0x30, b4 = 0x31, c4 = 0x32, d4 = 0x33, e4 = 0x34, f4 = 0x35, g4 = 0x36, h4 = 0x37;
+constexpr Square88 a5 = 0x40, b5 = 0x41, c5 = 0x42, d5 = 0x43, e5 = 0x44, f5 = 0x45, g5 = 0x46, h5 = 0x47;
+constexpr Square88 a6 = 0x50, b6 = 0x51, c6 = 0x52, d6 = 0x53, e6 = 0x54, f6 = 0x55, g6 = 0x56, h6 = 0x57;
+constexpr Square88 a7 = 0x60, b7 = 0x61, c7 = 0x62, d7 = 0x63, e7 = 0x64, f7 = 0x65, g7 = 0x66, h7 = 0x67;
 constexpr Square88 a8 = 0x70, b8 = 0x71, c8 = 0x72, d8 = 0x73, e8 = 0x74, f8 = 0x75, g8 = 0x76, h8 = 0x77;
 }  // namespace sq
 
@@ -52,11 +53,7 @@ constexpr CastlingRights BlackQueenSide = 8;
 using Move = std::uint16_t;
 constexpr Move NoMove = 0;
 
-using MoveKind = std::uint8_t;
-constexpr MoveKind NormalMove = 0;
-constexpr MoveKind PromotionMove = 1;
-constexpr MoveKind CastlingMove = 2;
-constexpr MoveKind EnPassantMove = 3;
+enum MoveKind : std::uint8_t { NormalMove, PromotionMove, CastlingMove, EnPassantMove };
 
 constexpr Move encodeMove(Square88 from, Square88 to, MoveKind kind, unsigned detail) {
   return Move(toSquare64(from) | (toSquare64(to) << 6) | (kind << 12) | (detail << 14));

@@ -63,7 +63,7 @@ void setUpSelector(MoveSelector& selector, Board_0x88& board, const CheckInfo& c
 // The leaves below one move, with the check it gives handed to the reply.
 template <Color Us>
 std::uint64_t subtree(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, Move m) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   CheckInfo check;
   const bool checks = givesCheck<Us>(board, m, check);
   UndoRecord undo;
@@ -125,11 +125,10 @@ void printReport(const RunTotals& run, const PerftTable& table, const char* pref
 template <class Root>
 std::uint64_t bySideAndCheck(const Board_0x88& board, Root root) {
   CheckInfo check;
-  if (board.sideToMove == White)
-    return findCheck<White>(board, check) ? root(ColorConstant<White>{}, std::true_type{}, check)
-                                          : root(ColorConstant<White>{}, std::false_type{}, check);
-  return findCheck<Black>(board, check) ? root(ColorConstant<Black>{}, std::true_type{}, check)
-                                        : root(ColorConstant<Black>{}, std::false_type{}, check);
+  return forSideToMove(board, [&]<Color Us>() {
+    return findCheck<Us>(board, check) ? root(ColorConstant<Us>{}, std::true_type{}, check)
+                                       : root(ColorConstant<Us>{}, std::false_type{}, check);
+  });
 }
 
 // The frame both drivers share: clock, table, keys, the root call, and the report.

@@ -39,10 +39,7 @@ void playOneGame(Board_0x88& board, RandomGameStats& stats) {
   while (board.historyIndex < MaxRandomGamePlies && pickRandomMove(board, move)) {
     ++stats.positions;
     stats.countMove(board, move);
-    if (board.sideToMove == White)
-      makeGameMove<White>(board, move);
-    else
-      makeGameMove<Black>(board, move);
+    forSideToMove(board, [&]<Color Us>() { makeGameMove<Us>(board, move); });
     stats.countPosition(board);
     DrawCode code = NoDrawCode;
     if (drawStatus(board, code)) break;

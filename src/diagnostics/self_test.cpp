@@ -45,8 +45,7 @@ std::uint32_t perSecond(std::uint64_t count, std::uint32_t centiseconds) {
 
 // The set-up has just produced the keys, so the root is neither rebuilt nor tested for check.
 std::uint64_t perftFromSetUp(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth) {
-  return board.sideToMove == White ? perftNode<White, false>(nodes, board, table, depth)
-                                   : perftNode<Black, false>(nodes, board, table, depth);
+  return forSideToMove(board, [&]<Color Us>() { return perftNode<Us, false>(nodes, board, table, depth); });
 }
 
 }  // namespace

@@ -69,9 +69,8 @@ int queenAgainstSeventhRankPawn(const Board_0x88& board, Color pawnSide) {
   const int kingRank = pawnSide == White ? 7 - rankOf(king) : rankOf(king);
   const Square88 seen = makeSquare(kingFile, kingRank);
   const bool rookPawn = pawnFile == 0 || pawnFile == 7;
-  constexpr Square88 b2 = 0x11, d2 = 0x13;
-  const bool drawing = rookPawn ? seen == sq::a1 || seen == sq::b1 || seen == b2
-                                : seen == sq::b1 || seen == sq::c1 || seen == sq::d1 || seen == b2 || seen == d2;
+  const bool drawing = rookPawn ? seen == sq::a1 || seen == sq::b1 || seen == sq::b2
+                                : seen == sq::b1 || seen == sq::c1 || seen == sq::d1 || seen == sq::b2 || seen == sq::d2;
   return drawing ? 25 : 100;
 }
 

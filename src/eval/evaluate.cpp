@@ -25,7 +25,7 @@ ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, con
                       const Occupancy& occupancy, Book& book) {
   ScorePair pair = unpack(pieceTerms<Us>(board, info, occupancy, book)) +
                    unpack(passedPawnScore<Us>(board, material, info, occupancy, book));
-  return pair + unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[Us ^ 1], book));
+  return pair + unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[opposite(Us)], book));
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ void collectPawns(PawnInfo& info, const Board_0x88& board) {
 // spread backwards from Us's side and sideways, which is passedMask seen from the other end.
 template <Color Us>
 SquareSet passedPawns(const PawnInfo& info) {
-  SquareSet span = info.pawns[Us ^ 1];
+  SquareSet span = info.pawns[opposite(Us)];
   if constexpr (Us == White) {
     span >>= 8;
     span |= span >> 8;
@@ -115,7 +115,7 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
 template <Color Us, class Book>
 PackedScore pawnStructure(const PawnInfo& info, Book& book) {
   const SquareSet own = info.pawns[Us];
-  const SquareSet enemy = info.pawns[Us ^ 1];
+  const SquareSet enemy = info.pawns[opposite(Us)];
   const auto& count = info.fileCount[Us];
   ScorePair total;
   unsigned isolatedFiles = 0;
@@ -150,7 +150,7 @@ PackedScore pawnStructure(const PawnInfo& info, Book& book) {
 template <Color Us, class Book>
 PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
                             const Occupancy& occupancy, Book& book) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   constexpr int promotionRank = Us == White ? 7 : 0;
   const Square88 enemyKing = board.kingSquare(Them);
   // A single enemy piece beside pawns is the one case in which the king race decides.

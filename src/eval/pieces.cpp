@@ -133,7 +133,7 @@ void scoreSharedSlots(const Surroundings& around, ScoreSum& total, Book& book) {
 
 template <Color Us, class Book>
 PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occupancy& occupancy, Book& book) {
-  const Surroundings around{board, info, occupancy, board.kingSquare(Us ^ 1)};
+  const Surroundings around{board, info, occupancy, board.kingSquare(opposite(Us))};
   const ScorePair pawns = pawnTropism(Us, info.pawns[Us], around.enemyKing);
   book.add(EvalTerm::KingTropism, Us, pawns);
   ScoreSum total;

@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "frontend/command_table.h"
+#include "program_version.h"
 #include "search/chess_player.h"
 #include "search/engine_interface.h"
 #include "search/search_clock.h"
@@ -16,7 +17,6 @@
 namespace torvy {
 
 constexpr const char* ProgramName = "Torvy";
-constexpr const char* ProgramVersion = "0.6.51";
 
 // Why the engine won't search or evaluate a position.
 constexpr const char* MissingKingError = "Error (illegal position): a king is missing";

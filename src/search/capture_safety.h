@@ -12,7 +12,7 @@ constexpr int exchangeClass[7] = {0, 1, 3, 3, 4, 5, 0};
 
 template <Color Us>
 inline bool isLosingCapture(const Board_0x88& board, Move m, int& gain) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   switch (moveKind(m)) {
     case PromotionMove: gain = captureGain[promotionPiece(m)] - 125; return false;
     case EnPassantMove: gain = 125; return false;

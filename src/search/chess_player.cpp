@@ -18,28 +18,22 @@ namespace {
 
 // The game board moves by the side to move, whose colour only the board knows at run time.
 void makeOnBoard(Board_0x88& board, Move move, UndoRecord& undo) {
-  if (board.sideToMove == White)
-    board.makeMove<White>(move, undo);
-  else
-    board.makeMove<Black>(move, undo);
+  forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(move, undo); });
 }
 
 // Unmakes the move of the side that is not to move now.
 void unmakeOnBoard(Board_0x88& board, Move move, const UndoRecord& undo) {
-  if (board.sideToMove == White)
-    board.unmakeMove<Black>(move, undo);
-  else
-    board.unmakeMove<White>(move, undo);
+  forSideToMove(board, [&]<Color Us>() { board.unmakeMove<opposite(Us)>(move, undo); });
 }
 
 bool sideToMoveInCheck(const Board_0x88& board) {
   CheckInfo info;
-  return board.sideToMove == White ? findCheck<White>(board, info) : findCheck<Black>(board, info);
+  return forSideToMove(board, [&]<Color Us>() { return findCheck<Us>(board, info); });
 }
 
 bool sideNotToMoveInCheck(const Board_0x88& board) {
   CheckInfo info;
-  return board.sideToMove == White ? findCheck<Black>(board, info) : findCheck<White>(board, info);
+  return forSideToMove(board, [&]<Color Us>() { return findCheck<opposite(Us)>(board, info); });
 }
 
 }  // namespace

@@ -98,6 +98,9 @@ struct MoveSelector {
   Move takeInOrder(Move givenA, Move givenB);
 };
 
+// Template bodies; callers need only the declarations above.
+// ---------------------------------------------------------------------------
+
 template <Color Us>
 inline void MoveSelector::init(SelectorKind selectorKind, Board_0x88& b, const CheckInfo& check, Move pv) {
   list.clear();

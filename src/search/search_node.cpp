@@ -38,15 +38,15 @@ bool Searcher::isDrawn() {
 
 template <Color Us, bool InCheck>
 Searcher::Bounds Searcher::mateDistanceBounds(int ply, int& alpha, int& beta) const {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   Bounds bounds;
   if (alpha < 0) {
     if (board.totalCount(Them) == 1) {
       bounds.lower = 0;
       alpha = std::max(alpha, -1);
     } else {
-      bounds.lower = ply - (InCheck ? 32000 : 31998);
-      alpha = std::max(alpha, ply - (InCheck ? 32001 : 31999));
+      bounds.lower = ply - (InCheck ? MateScore : MateScore - 2);
+      alpha = std::max(alpha, ply - (InCheck ? MateScore + 1 : MateScore - 1));
     }
   }
   if (beta > 0) {
@@ -54,8 +54,8 @@ Searcher::Bounds Searcher::mateDistanceBounds(int ply, int& alpha, int& beta) co
       bounds.upper = 0;
       beta = std::min(beta, 1);
     } else {
-      bounds.upper = 32000 - (ply + 1);
-      beta = std::min(beta, 32001 - (ply + 1));
+      bounds.upper = MateScore - (ply + 1);
+      beta = std::min(beta, MateScore + 1 - (ply + 1));
     }
   }
   return bounds;
@@ -85,7 +85,7 @@ int Searcher::store(const Node& node, int score, Move move) {
 
 template <Color Us>
 bool Searcher::probeTablebase(int depth, int& value) const {
-  if (depth == 0 || board.totalCount(White) + board.totalCount(Black) > 5) return false;
+  if (depth == 0 || board.totalCount(White) + board.totalCount(Black) > MostTablebaseMen) return false;
   const int iteration = int(iterationDepth);
   if (iteration > 6 && depth <= std::min(iteration - 7, 4)) return tablebases->probeSoft<Us>(board, value);
   return tablebases->probeHard<Us>(board, value);
@@ -113,7 +113,7 @@ constexpr int CheckExtensionMaxDepth = 6;  // a check in a null window is extend
 template <Color Us>
 int Searcher::searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth, int moveNumber,
                          bool late, PvLine& child) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   const bool pv = isPvWindow(alpha, beta);
   const int fullDepth = depth - 1;
   int childDepth = late ? fullDepth - 1 : fullDepth;
@@ -191,7 +191,7 @@ constexpr int SingleReplyMaxPly = 8;
 
 template <Color Us>
 int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
 
   // 1. Count the node; thread 0 watches the clock; a drawn position needs no search.
   stats.nodes.add();
@@ -323,7 +323,7 @@ int Searcher::searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int
 // Captures and promotions until the position is quiet, without the transposition table.
 template <Color Us>
 int Searcher::quiescence(int alpha, int beta, int ply, PvLine& line) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
 
   // 1. Count the node; thread 0 watches the clock; a drawn position needs no search.
   stats.nodes.add();

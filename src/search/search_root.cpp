@@ -34,17 +34,14 @@ Searcher::Searcher(std::uint32_t index, const Tables& tables)
 
 void Searcher::runSearch(const Board_0x88& game, Move& best, Move& ponder) {
   board = game;
-  if (board.sideToMove == White)
-    runIterations<White>(best, ponder);
-  else
-    runIterations<Black>(best, ponder);
+  forSideToMove(board, [&]<Color Us>() { runIterations<Us>(best, ponder); });
 }
 
 // Scores every root move by a tablebase probe or the static evaluation; the best one is the
 // result should the search be stopped before its first iteration ends.
 template <Color Us>
 int Searcher::evaluateRootMoves(PvLine& bestLine, int& rootMoves, int& resolved) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   int best = -MateScore;
   MoveSelector selector;
   selector.initFull<Us>(SelectAll, board, NoMove);
@@ -55,7 +52,7 @@ int Searcher::evaluateRootMoves(PvLine& bestLine, int& rootMoves, int& resolved)
     board.makeMove<Us>(m, undo);
     int score = 0;
     int value = 0;
-    if (board.totalCount(White) + board.totalCount(Black) <= 5 && tablebases->probeHard<Them>(board, value)) {
+    if (board.totalCount(White) + board.totalCount(Black) <= MostTablebaseMen && tablebases->probeHard<Them>(board, value)) {
       stats.tbHits.add();
       ++resolved;
       score = value > 0 ? 1 - value : value < 0 ? -value - 1 : 0;
@@ -74,7 +71,7 @@ int Searcher::evaluateRootMoves(PvLine& bestLine, int& rootMoves, int& resolved)
 
 template <Color Us>
 void Searcher::runIterations(Move& bestMove, Move& ponderMove) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   easyMove = false;
   lastMovesTime = 0;
   stats.reset();

@@ -9,7 +9,6 @@ namespace {
 
 constexpr std::uint8_t PawnCode = 1;
 constexpr std::uint8_t KingCode = 6;
-constexpr int MostMen = 5;
 constexpr const char* PieceCodeLetters = "-pnbrqk";
 
 constexpr unsigned otherSideCode(unsigned code) { return code == ResultWhiteMates ? ResultBlackMates : ResultWhiteMates; }
@@ -76,7 +75,7 @@ GaviotaTables::Position GaviotaTables::positionOf(const TablebaseProbe& probe) {
 }
 
 int GaviotaTables::findByName(const Men& first, const Men& second) {
-  std::array<char, MostMen> letters{};
+  std::array<char, MostTablebaseMen> letters{};
   int length = 0;
   for (const Men* men : {&first, &second})
     for (int i = 0; i < men->count; ++i) letters[length++] = PieceCodeLetters[men->pieces[i] % 7];
@@ -99,7 +98,7 @@ GaviotaTables::Outcome GaviotaTables::locate(Position& position, Located& locate
     bareKings = dtmValue(0, legal ? ResultDraw : ResultForbidden);
     return Outcome::BareKings;
   }
-  if (white.count + black.count > MostMen) return Outcome::NoTable;
+  if (white.count + black.count > MostTablebaseMen) return Outcome::NoTable;
 
   // Strongest first, so that the men stand in the order of the table names.
   for (Men* men : {&white, &black})

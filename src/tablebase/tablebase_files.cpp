@@ -70,16 +70,15 @@ std::string TablebaseFiles::open(const PathList& paths, CompressionScheme scheme
   appendReport(report, "  Compression  Scheme = %d\n", int(scheme_));
 
   // Per number of men: how many tables were found, and whether each of them had a readable index.
-  constexpr int MostMen = 5;
-  std::array<int, MostMen + 1> found{};
-  std::array<bool, MostMen + 1> indexFailed{};
+  std::array<int, MostTablebaseMen + 1> found{};
+  std::array<bool, MostTablebaseMen + 1> indexFailed{};
   for (int id = 0; id < EndgameCount; ++id) {
     if (openEndgameFile(id) == nullptr) continue;
     const std::size_t men = Endgames[id].name.size();
     ++found[men];
     if (!loadBlockIndex(id)) indexFailed[men] = true;
   }
-  for (int men = 3; men <= MostMen; ++men) {
+  for (int men = 3; men <= MostTablebaseMen; ++men) {
     const bool passed = found[men] > 0 && !indexFailed[men];
     appendReport(report, "  Compression Indexes (%d-pc) = %s\n", men, passed ? "PASSED" : "**FAILED**");
   }

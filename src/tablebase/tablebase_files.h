@@ -16,6 +16,9 @@
 
 namespace torvy {
 
+// The tables cover endings of at most this many men, kings included.
+constexpr int MostTablebaseMen = 5;
+
 // The positions of one side to move that share a block.
 constexpr std::uint32_t ValuesPerBlock = 16384;
 

@@ -52,12 +52,12 @@ TEST(DrawRules, RepetitionsCountUpAndStopAtIrreversibleMoves) {
 // A new killer pushes the first one down, even when it is the same move; a capture is no killer.
 TEST(DrawRules, MoveQuestionsAndKillers) {
   auto board = boardFrom("r3k3/1P6/8/8/8/8/8/R3K2R w K - 0 1");
-  const Move quiet = makeNormalMove(sq::a1, 0x10);
+  const Move quiet = makeNormalMove(sq::a1, sq::a2);
   EXPECT_TRUE(isQuietMove(*board, quiet));
   EXPECT_TRUE(isQuietMove(*board, WhiteCastleKingSide));
   EXPECT_FALSE(isQuietMove(*board, makeNormalMove(sq::a1, sq::a8)));
-  EXPECT_FALSE(isQuietMove(*board, makePromotion(0x61, 0x71, Queen)));
-  EXPECT_TRUE(isPawnToSeventh(*boardFrom("4k3/8/1P6/8/8/8/8/4K3 w - - 0 1"), makeNormalMove(0x51, 0x61)));
+  EXPECT_FALSE(isQuietMove(*board, makePromotion(sq::b7, sq::b8, Queen)));
+  EXPECT_TRUE(isPawnToSeventh(*boardFrom("4k3/8/1P6/8/8/8/8/4K3 w - - 0 1"), makeNormalMove(sq::b6, sq::b7)));
   updateKillers(*board, quiet);
   updateKillers(*board, makeNormalMove(sq::a1, sq::a8));
   updateKillers(*board, quiet);

@@ -47,7 +47,7 @@ TEST(Fen, SetsClockRightsAndEnPassantSquare) {
   EXPECT_EQ(noCapturer->epSquare, NoSquare);
   EXPECT_EQ(noCapturer->key(), testing::boardFrom("rnbqkbnr/pppp1ppp/8/4p3/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 2")->key());
   auto capturer = testing::boardFrom("rnbqkbnr/pppp1ppp/8/3Pp3/8/8/PPP1PPPP/RNBQKBNR w KQkq e6 0 3");
-  EXPECT_EQ(capturer->epSquare, 0x54);
+  EXPECT_EQ(capturer->epSquare, sq::e6);
   EXPECT_EQ(capturer->key(), capturer->computeKey());
 }
 

@@ -41,7 +41,7 @@ TEST(MoveGeneration, EnPassantFirstAndCastlingLast) {
 
 // The published perft counts cover what generation lists; a stored move is checked on its own.
 TEST(MoveGeneration, EnPassantThatBaresTheKingAlongTheRankIsNoLegalStoredMove) {
-  EXPECT_FALSE(isLegal<White>(*boardFrom("8/8/8/K2pP2r/8/8/8/7k w - d6 0 1"), makeEnPassant(0x44, 0x53)));
+  EXPECT_FALSE(isLegal<White>(*boardFrom("8/8/8/K2pP2r/8/8/8/7k w - d6 0 1"), makeEnPassant(sq::e5, sq::d6)));
 }
 
 TEST(MoveGeneration, FullListDropsTheRest) {
@@ -60,14 +60,14 @@ TEST(Attacks, GivesCheck) {
     Square88 checker;  // NoSquare: not looked at
   };
   const Case cases[] = {
-      {"4k3/8/8/8/8/8/8/4K1N1 w - - 0 1", makeNormalMove(sq::g1, 0x55), true, 0x55},
-      {"4k3/8/8/8/8/8/4N3/4RK2 w - - 0 1", makeNormalMove(0x14, 0x33), true, sq::e1},
-      {"4k3/8/8/8/8/8/4P3/4RK2 w - - 0 1", makeNormalMove(0x14, 0x34, true), false, NoSquare},
-      {"8/1P6/2k5/8/8/8/8/4K3 w - - 0 1", makePromotion(0x61, 0x71, Knight), true, NoSquare},
-      {"8/8/3k4/8/4P3/8/8/4K3 w - - 0 1", makeNormalMove(0x34, 0x44), true, NoSquare},
+      {"4k3/8/8/8/8/8/8/4K1N1 w - - 0 1", makeNormalMove(sq::g1, sq::f6), true, sq::f6},
+      {"4k3/8/8/8/8/8/4N3/4RK2 w - - 0 1", makeNormalMove(sq::e2, sq::d4), true, sq::e1},
+      {"4k3/8/8/8/8/8/4P3/4RK2 w - - 0 1", makeNormalMove(sq::e2, sq::e4, true), false, NoSquare},
+      {"8/1P6/2k5/8/8/8/8/4K3 w - - 0 1", makePromotion(sq::b7, sq::b8, Knight), true, NoSquare},
+      {"8/8/3k4/8/4P3/8/8/4K3 w - - 0 1", makeNormalMove(sq::e4, sq::e5), true, NoSquare},
       {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", WhiteCastleKingSide, true, sq::f1},
-      {"8/8/8/R2pP2k/8/8/8/4K3 w - d6 0 1", makeEnPassant(0x44, 0x53), true, 0x40},
-      {"r7/1P6/8/8/4k3/8/8/4K3 w - - 0 1", makePromotion(0x61, sq::a8, Queen), true, sq::a8},
+      {"8/8/8/R2pP2k/8/8/8/4K3 w - d6 0 1", makeEnPassant(sq::e5, sq::d6), true, sq::a5},
+      {"r7/1P6/8/8/4k3/8/8/4K3 w - - 0 1", makePromotion(sq::b7, sq::a8, Queen), true, sq::a8},
   };
   for (const Case& c : cases) {
     auto board = boardFrom(c.fen);
@@ -86,7 +86,7 @@ TEST(Attacks, PseudoLegalityOfStoredMoves) {
   EXPECT_FALSE(isPseudoLegal<White>(*board, WhiteCastleQueenSide)) << "the right is gone";
   EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(sq::e8, sq::e1)));
   EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(sq::a1, sq::h1)));
-  EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(0x14, 0x34, true)));
+  EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(sq::e2, sq::e4, true)));
 }
 
 // A piece's step or its line with nothing in between, a pawn's push or its capture of a man.
@@ -94,11 +94,11 @@ TEST(Attacks, StoredMovesMustFitThePieceThatMakesThem) {
   auto board = boardFrom("4k3/8/8/8/8/2p5/1P6/R3K1NB w - - 0 1");
   const std::pair<Move, bool> cases[] = {
       {makeNormalMove(sq::a1, sq::a8), true},   {makeNormalMove(sq::a1, sq::h8), false},
-      {makeNormalMove(sq::a1, 0x71), false},    {makeNormalMove(sq::a1, sq::f1), false},
-      {makeNormalMove(sq::h1, sq::a8), true},   {makeNormalMove(sq::g1, 0x25), true},
-      {makeNormalMove(sq::g1, 0x26), false},    {makeNormalMove(0x11, 0x22), true},
-      {makeNormalMove(0x11, 0x20), false},      {makeNormalMove(0x11, 0x31, true), true},
-      {makeNormalMove(0x11, 0x21, true), false}, {makeNormalMove(sq::e1, 0x24), false},
+      {makeNormalMove(sq::a1, sq::b8), false},    {makeNormalMove(sq::a1, sq::f1), false},
+      {makeNormalMove(sq::h1, sq::a8), true},   {makeNormalMove(sq::g1, sq::f3), true},
+      {makeNormalMove(sq::g1, sq::g3), false},    {makeNormalMove(sq::b2, sq::c3), true},
+      {makeNormalMove(sq::b2, sq::a3), false},      {makeNormalMove(sq::b2, sq::b4, true), true},
+      {makeNormalMove(sq::b2, sq::b3, true), false}, {makeNormalMove(sq::e1, sq::e3), false},
   };
   for (const auto& [move, fits] : cases) EXPECT_EQ(movesLikeItsPiece<White>(*board, move), fits) << moveToText(move);
 }

@@ -33,10 +33,7 @@ bool legalIn(const std::string& fen, const std::string& moves, const std::string
     if (text.empty()) continue;
     if (!parseCoordinateMove(board, text.c_str(), m)) return false;
     UndoRecord undo;  // never taken back
-    if (board.sideToMove == White)
-      board.makeMove<White>(m, undo);
-    else
-      board.makeMove<Black>(m, undo);
+    forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
   }
   Move m = NoMove;
   return parseCoordinateMove(board, move.c_str(), m);

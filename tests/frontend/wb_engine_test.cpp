@@ -72,7 +72,7 @@ TEST_F(WBEngineTest, FullRecordRefusesMovesUntilASetUp) {
   EXPECT_FALSE(engine->dispatch("usermove e2e4"));
   EXPECT_FALSE(engine->dispatch("go"));
   EXPECT_EQ(out.str(), std::string(RecordFullError) + ": e2e4\n" + RecordFullError + "\n");
-  EXPECT_EQ(engine->player.board.pieceOn[0x14], Pawn);
+  EXPECT_EQ(engine->player.board.pieceOn[sq::e2], Pawn);
   setUp("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
   EXPECT_TRUE(engine->dispatch("usermove e2e4"));
   EXPECT_EQ(engine->player.gamePly, MaxGameMoves + 1);

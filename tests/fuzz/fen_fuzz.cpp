@@ -71,7 +71,7 @@ void tryBothPairs(Board_0x88& board, Move m) {
 // Every legal move, and below each every legal reply; returns the number of replies.
 template <Color Us>
 std::uint64_t walkTwoPlies(Board_0x88& board) {
-  constexpr Color Them = Us ^ 1;
+  constexpr Color Them = opposite(Us);
   MoveList moves;
   generateLegalMoves(board, moves);
   std::uint64_t replies = 0;
@@ -122,7 +122,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   requireKeysMatch(*board);
   if (lineEnd != std::string::npos) checkParsedMoves(*board, input.substr(lineEnd + 1));
 
-  const std::uint64_t replies = board->sideToMove == White ? walkTwoPlies<White>(*board) : walkTwoPlies<Black>(*board);
+  const std::uint64_t replies = forSideToMove(*board, [&]<Color Us>() { return walkTwoPlies<Us>(*board); });
   table->clear();
   std::uint64_t nodes = 0;
   require(perftFromRoot(nodes, *board, *table, 2) == replies);

@@ -52,7 +52,7 @@ TEST(MoveOrdering, UnfitHashAndPvMovesAreNeverGiven) {
   auto board = boardFrom(StartFen);
   MoveSelector selector;
   selector.init<White>(SelectNormal, *board, CheckInfo{}, makeNormalMove(sq::a1, sq::a8));
-  selector.hashMove = makeNormalMove(sq::d1, 0x73);
+  selector.hashMove = makeNormalMove(sq::d1, sq::d8);
   ::testing::internal::CaptureStdout();
   const auto texts = drainScored(selector);
   const std::string printed = ::testing::internal::GetCapturedStdout();
@@ -64,23 +64,22 @@ TEST(MoveOrdering, UnfitHashAndPvMovesAreNeverGiven) {
 // A capture of a lower class loses when a pawn defends the victim, or a knight does against a
 // queen or a rook that takes a pawn. Other defenders are not looked at; a king never loses.
 TEST(CaptureSafety, LowerClassDefendersMakeACaptureLose) {
-  constexpr Square88 d5 = 0x43;
   struct Case {
     const char* fen;
     Square88 from;
     bool losing;
   };
   const Case cases[] = {
-      {"4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", 0x34, false}, {"4k3/8/2p5/3p4/8/4N3/8/4K3 w - - 0 1", 0x24, true},
-      {"4k3/8/8/3p4/1n6/4N3/8/4K3 w - - 0 1", 0x24, false}, {"4k3/8/8/3p4/1n6/8/8/3RK3 w - - 0 1", 0x03, true},
-      {"4k3/8/2p5/3r4/8/8/8/3QK3 w - - 0 1", 0x03, true},   {"4k3/8/8/3r4/1n6/8/8/3QK3 w - - 0 1", 0x03, true},
-      {"3rk3/8/8/3r4/8/8/8/3QK3 w - - 0 1", 0x03, false},   {"4k3/8/2p5/3n4/8/8/B7/4K3 w - - 0 1", 0x10, false},
-      {"4k3/8/8/3b4/1n6/8/8/3RK3 w - - 0 1", 0x03, false},  {"4k3/8/2p5/3b4/8/8/8/3RK3 w - - 0 1", 0x03, true},
-      {"4k3/8/2p5/3p4/3K4/8/8/8 w - - 0 1", 0x33, false},
+      {"4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", sq::e4, false}, {"4k3/8/2p5/3p4/8/4N3/8/4K3 w - - 0 1", sq::e3, true},
+      {"4k3/8/8/3p4/1n6/4N3/8/4K3 w - - 0 1", sq::e3, false}, {"4k3/8/8/3p4/1n6/8/8/3RK3 w - - 0 1", sq::d1, true},
+      {"4k3/8/2p5/3r4/8/8/8/3QK3 w - - 0 1", sq::d1, true},   {"4k3/8/8/3r4/1n6/8/8/3QK3 w - - 0 1", sq::d1, true},
+      {"3rk3/8/8/3r4/8/8/8/3QK3 w - - 0 1", sq::d1, false},   {"4k3/8/2p5/3n4/8/8/B7/4K3 w - - 0 1", sq::a2, false},
+      {"4k3/8/8/3b4/1n6/8/8/3RK3 w - - 0 1", sq::d1, false},  {"4k3/8/2p5/3b4/8/8/8/3RK3 w - - 0 1", sq::d1, true},
+      {"4k3/8/2p5/3p4/3K4/8/8/8 w - - 0 1", sq::d4, false},
   };
   for (const Case& c : cases) {
     int gain = 0;
-    EXPECT_EQ(isLosingCapture<White>(*boardFrom(c.fen), makeNormalMove(c.from, d5), gain), c.losing) << c.fen;
+    EXPECT_EQ(isLosingCapture<White>(*boardFrom(c.fen), makeNormalMove(c.from, sq::d5), gain), c.losing) << c.fen;
   }
 }
 
@@ -88,11 +87,11 @@ TEST(CaptureSafety, LowerClassDefendersMakeACaptureLose) {
 TEST(CaptureSafety, GainsOfCapturesAndPromotions) {
   auto board = boardFrom("1r2k3/P7/8/2p5/3P4/8/8/4K3 w - - 0 1");
   int gain = 0;
-  EXPECT_FALSE(isLosingCapture<White>(*board, makeNormalMove(0x33, 0x42), gain));
+  EXPECT_FALSE(isLosingCapture<White>(*board, makeNormalMove(sq::d4, sq::c5), gain));
   EXPECT_EQ(gain, 125);
-  EXPECT_FALSE(isLosingCapture<White>(*board, makePromotion(0x60, 0x70, Queen), gain));
+  EXPECT_FALSE(isLosingCapture<White>(*board, makePromotion(sq::a7, sq::a8, Queen), gain));
   EXPECT_EQ(gain, 1000);
-  EXPECT_FALSE(isLosingCapture<White>(*board, makePromotion(0x60, 0x71, Knight), gain));
+  EXPECT_FALSE(isLosingCapture<White>(*board, makePromotion(sq::a7, sq::b8, Knight), gain));
   EXPECT_EQ(gain, 275);
 }
 

@@ -58,7 +58,7 @@ TEST_F(TranspositionTableTest, BoundsAndDepthDecideTheCutoff) {
   store(10, 20, 0, 4, 25, NoMove, 25);
   EXPECT_EQ(probeScore(-100, 0, 0, 4), 25);
 
-  const Move move = makeNormalMove(0x14, 0x34, true);
+  const Move move = makeNormalMove(sq::e2, sq::e4, true);
   store(-10, 10, 0, 3, 0, move);
   probeScore(-10, 10, 0, 4, false);
   EXPECT_EQ(probedMove, move);

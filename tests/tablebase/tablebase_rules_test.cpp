@@ -37,7 +37,7 @@ int valueByMoves(const TablebaseState& tables, Board_0x88& board, bool& ok) {
     UndoRecord undo;
     board.makeMove<Us>(moves[i], undo);
     int reply = 0;
-    ok = tables.probeHard<Us ^ 1>(board, reply);
+    ok = tables.probeHard<opposite(Us)>(board, reply);
     best = std::max(best, throughReply(reply));
     board.unmakeMove<Us>(moves[i], undo);
   }
@@ -72,7 +72,7 @@ class TablebaseRulesTest : public testing::InstalledTablesTest {
               constexpr Color Us = us();
               // With the opponent in check it is no position of a game; the tables call it forbidden.
               CheckInfo check;
-              if (isKingAttacked<Us ^ 1>(*board, check)) return;
+              if (isKingAttacked<opposite(Us)>(*board, check)) return;
               int stored = 0;
               bool replied = false;
               const bool probed = tables.probeHard<Us>(*board, stored);
