@@ -70,12 +70,7 @@ void EngineProcess::closeInput() {
   input_ = -1;
 }
 
-EngineProcess::Read EngineProcess::readSome(std::string& text, SteadyClock::time_point deadline) {
-  if (!pending_.empty()) {
-    text += pending_;
-    pending_.clear();
-    return Read::Data;
-  }
+EngineProcess::Read EngineProcess::fill(SteadyClock::time_point deadline) {
   for (;;) {
     if (output_ < 0) return Read::Closed;
     const Millis left = millisBetween(SteadyClock::now(), deadline);
@@ -90,9 +85,16 @@ EngineProcess::Read EngineProcess::readSome(std::string& text, SteadyClock::time
       output_ = -1;
       continue;
     }
-    text.append(chunk, std::size_t(n));
+    pending_.append(chunk, std::size_t(n));
     return Read::Data;
   }
+}
+
+EngineProcess::Read EngineProcess::readSome(std::string& text, SteadyClock::time_point deadline) {
+  const Read read = pending_.empty() ? fill(deadline) : Read::Data;
+  text += pending_;
+  pending_.clear();
+  return read;
 }
 
 EngineProcess::Read EngineProcess::readLine(std::string& line, SteadyClock::time_point deadline) {
@@ -104,10 +106,7 @@ EngineProcess::Read EngineProcess::readLine(std::string& line, SteadyClock::time
       if (!line.empty() && line.back() == '\r') line.pop_back();
       return Read::Data;
     }
-    std::string more;
-    const Read read = readSome(more, deadline);
-    if (read != Read::Data) return read;
-    pending_ += more;
+    if (const Read read = fill(deadline); read != Read::Data) return read;
   }
 }
 

@@ -59,6 +59,8 @@ class EngineProcess {
 
  private:
   void closePipes();
+  // Waits until the deadline for output and adds it to what is pending.
+  Read fill(SteadyClock::time_point deadline);
 
   pid_t pid_ = -1;
   int input_ = -1;

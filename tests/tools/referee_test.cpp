@@ -109,7 +109,7 @@ TEST(RefereeReply, TheEnginesLinesAreReadAlikeOverEitherProtocol) {
 }
 
 // Engine A over xboard hangs when asked; B over UCI checks that it is sent the whole game and
-// mates, over its announced time. Fool's mate twice, colours reversed.
+// mates, over its announced time and in two pieces. Fool's mate twice, colours reversed.
 TEST(RefereeMatch, StandInEnginesOverEitherProtocolAreJudged) {
   const testing::ScratchFolder folder;
   auto engine = [&](const std::string& name, const std::string& cases) {
@@ -121,7 +121,7 @@ TEST(RefereeMatch, StandInEnginesOverEitherProtocolAreJudged) {
   options.engines[0] = engine("a.sh", "ping) echo \"pong $argument\" ;;\ngo) exec sleep 30 ;;\n");
   options.engines[1] = engine("b.sh", "uci) echo uciok ;;\nisready) echo readyok ;;\n"
                                       "position) [ \"$argument\" = \"startpos moves f2f3 e7e5 g2g4\" ] || exit 3 ;;\n"
-                                      "go) echo 'info string set maxTime = 10'; sleep 0.3; echo bestmove d8h4 ponder a2a3 ;;\n");
+                                      "go) echo 'info string set maxTime = 10'; sleep 0.3; printf 'bestmove d8'; sleep 0.05; echo h4 ;;\n");
   options.uci[1] = true;
   options.workDir = folder.path();
   options.games = 2;  // at 1 second a game, a second and a fifth for a move that never comes
