@@ -1,10 +1,7 @@
 // Runs the built engine as a child process on a given standard input and collects its output lines.
 #pragma once
 
-#include <poll.h>
 #include <signal.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -14,6 +11,7 @@
 #include <vector>
 
 #include "scratch_folder.h"
+#include "tools/engine_process.h"
 
 namespace torvy::testing {
 
@@ -65,63 +63,37 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
                                       std::chrono::seconds limit = std::chrono::seconds(120),
                                       const std::string& directory = {}) {
   EngineOutput result;
-  int input[2];
-  int output[2];
-  if (pipe(input) != 0 || pipe(output) != 0) return result;
   signal(SIGPIPE, SIG_IGN);  // an engine that ends early must not take the test with it
-  // Chosen before the fork: a folder made in the child would be neither shared nor removed.
-  const std::string folder = directory.empty() ? detail::quietDirectory() : directory;
   // TORVY_ENGINE runs the same tests on another build of the engine, such as an installed one.
   const char* const engine = std::getenv("TORVY_ENGINE") ? std::getenv("TORVY_ENGINE") : TORVY_BINARY;
-  const pid_t child = fork();
-  if (child < 0) return result;
-  if (child == 0) {
-    dup2(input[0], STDIN_FILENO);
-    dup2(output[1], STDOUT_FILENO);
-    for (int fd : {input[0], input[1], output[0], output[1]}) close(fd);
-    if (chdir(folder.c_str()) != 0) _exit(126);
-    std::vector<char*> argv{const_cast<char*>(engine)};
-    for (const std::string& arg : args) argv.push_back(const_cast<char*>(arg.c_str()));
-    argv.push_back(nullptr);
-    execv(engine, argv.data());
-    _exit(127);
-  }
-  close(input[0]);
-  close(output[1]);
+  EngineProcess process;
+  if (!process.start(engine, args, directory.empty() ? detail::quietDirectory() : directory, false)) return result;
 
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point deadline = Clock::now() + limit;
+  const auto deadline = SteadyClock::now() + limit;
   std::string text;
-  bool ended = false;
   // Collects output until done() holds, the time is up or the output ends.
-  auto readUntil = [&](Clock::time_point until, auto done) {
-    while (!ended && !done()) {
-      const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(std::min(until, deadline) - Clock::now());
-      if (left.count() <= 0) {
-        result.timedOut = Clock::now() >= deadline;
+  auto readUntil = [&](SteadyClock::time_point until, auto done) {
+    while (!done()) {
+      const EngineProcess::Read read = process.readSome(text, std::min(until, deadline));
+      if (read == EngineProcess::Read::Closed) return;
+      if (read == EngineProcess::Read::Timeout) {
+        result.timedOut = SteadyClock::now() >= deadline;
         return;
       }
-      pollfd watched{output[0], POLLIN, 0};
-      if (poll(&watched, 1, int(left.count())) <= 0) continue;
-      char chunk[4096];
-      const ssize_t got = read(output[0], chunk, sizeof chunk);
-      if (got <= 0) ended = true;
-      else text.append(chunk, std::size_t(got));
     }
   };
   for (const ScriptStep& step : steps) {
     const std::size_t before = text.size();
-    if (ended || result.timedOut || write(input[1], step.text.data(), step.text.size()) < 0) break;
+    if (!process.outputOpen() || result.timedOut || !process.write(step.text)) break;
     if (!step.awaitLine.empty()) readUntil(deadline, [&] { return detail::hasLine(text, step.awaitLine, before); });
-    readUntil(Clock::now() + std::chrono::milliseconds(step.pauseMs), [] { return false; });
+    readUntil(SteadyClock::now() + std::chrono::milliseconds(step.pauseMs), [] { return false; });
   }
-  close(input[1]);
+  process.closeInput();
   if (!result.timedOut) readUntil(deadline, [] { return false; });
-  if (result.timedOut) kill(child, SIGKILL);
-  close(output[0]);
-  int status = 0;
-  waitpid(child, &status, 0);
-  if (WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
+  if (result.timedOut) process.kill();
+  // An engine whose output has ended is given the rest of the time to exit.
+  process.wait(std::max<Millis>(millisBetween(SteadyClock::now(), deadline), 0));
+  result.exitCode = process.exitCode().value_or(-1);
   result.lines = detail::splitLines(text);
   return result;
 }

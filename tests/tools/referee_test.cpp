@@ -1,141 +1,141 @@
-// The referee against scripted stand-in engines: each fault must be charged to the side that made
-// it, and each game end found on our own board.
+// The referee's rules and tally on their own, then a match between stand-in engines over either
+// protocol: each game end must be found on our own board, each fault charged to the side that made it.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 
-#include <cstdio>
-#include <filesystem>
+#include <optional>
+#include <sstream>
 #include <string>
+#include <tuple>
+#include <vector>
 
 #include "scratch_folder.h"
+#include "tools/match.h"
 
 namespace torvy {
 namespace {
 
-namespace fs = std::filesystem;
-
-// A stand-in engine: it answers "ping", and once told "go" it answers each "go" or "usermove"
-// with the next of its moves, after running the given shell step (a pause, an exit, a hang).
-std::string scriptedEngine(const std::string& moves, const std::string& beforeMove = "") {
-  return "#!/bin/bash\n"
-         "set -- " + moves + "\n"
-         "started=0\n"
-         "answer() { " + (beforeMove.empty() ? ":" : beforeMove) + "; echo \"move $1\"; }\n"
-         "while read -r command argument; do\n"
-         "  case \"$command\" in\n"
-         "    ping) echo \"pong $argument\" ;;\n"
-         "    go) started=1; answer \"$1\"; shift ;;\n"
-         "    usermove) if [ $started = 1 ]; then answer \"$1\"; shift; fi ;;\n"
-         "    quit) exit 0 ;;\n"
-         "  esac\n"
-         "done\n";
+TEST(RefereeGame, EachMoveIsCheckedAndTheGameEndedOnTheBoard) {
+  // The move takes usedMs of a clock of 1000 ms with 100 ms a move; a fault loses, or the game ends after it.
+  struct Case { const char* opening; const char* move; Millis usedMs; std::optional<Ending> fault, end; Color winner; };
+  const Case cases[] = {
+      {"f2f3 e7e5 g2g4", "d8h4", 10, {}, Ending::Mate, Black},
+      {"e2e3 a7a5 d1h5 a8a6 h5a5 h7h5 h2h4 a6h6 a5c7 f7f6 c7d7 e8f7 d7b7 d8d3 b7b8 d3h7 b8c8 f7g6", "c8e6", 10, {},
+       Ending::Stalemate, NoColor},
+      // The start position twice is play on, three times a draw.
+      {"g1f3 g8f6 f3g1", "f6g8", 10, {}, {}, NoColor},
+      {"g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1", "f6g8", 10, {}, Ending::Repetition, NoColor},
+      {"e2e4", "e7e4", 10, Ending::Illegal, {}, NoColor},
+      {"e2e4", "e7e5", 1000, {}, {}, NoColor},
+      {"e2e4", "e7e5", 1001, Ending::Time, {}, NoColor},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.opening) + " " + c.move);
+    GameBoard board(1000, 100);
+    std::istringstream opening(c.opening);
+    for (std::string move; opening >> move;) ASSERT_TRUE(board.place(move));
+    const Color mover = board.sideToMove();
+    EXPECT_EQ(board.play(c.move, c.usedMs), c.fault);
+    if (c.fault) continue;
+    EXPECT_EQ(board.clockMs(mover), 1100 - c.usedMs);
+    Color winner = White;
+    EXPECT_EQ(board.end(winner), c.end);
+    EXPECT_EQ(winner, c.winner);
+  }
 }
 
-// The same over UCI: it answers the handshake, checks that "position" sends the whole game so
-// far, and answers "go" with "bestmove", after the given shell step.
-std::string scriptedUciEngine(const std::string& game, const std::string& move, const std::string& beforeMove) {
-  return "#!/bin/bash\n"
-         "while read -r command argument; do\n"
-         "  case \"$command\" in\n"
-         "    uci) echo uciok ;;\n"
-         "    isready) echo readyok ;;\n"
-         "    position) [ \"$argument\" = \"startpos moves " + game + "\" ] || exit 3 ;;\n"
-         "    go) " + beforeMove + "; echo \"bestmove " + move + " ponder a2a3\" ;;\n"
-         "    quit) exit 0 ;;\n"
-         "  esac\n"
-         "done\n";
-}
-
-struct RefereeRun {
-  std::string output;
-  int exitCode = -1;
-};
-
-class RefereeTest : public ::testing::Test {
- protected:
-  std::string write(const std::string& file, const std::string& text, bool executable = false) {
-    folder_.write(file, text);
-    if (executable) chmod(folder_.file(file).c_str(), 0755);
-    return folder_.file(file);
+TEST(RefereeTally, EachResultAndOverrunCountsForTheEngineThatMadeIt) {
+  // Engine A's and B's wins, draws, losses, illegal moves, losses on time and crashes.
+  struct Case { int whiteEngine; Color winner; Ending ending; std::vector<int> a, b; };
+  auto counts = [](const EngineTally& t) { return std::vector{t.wins, t.draws, t.losses, t.illegal, t.timeouts, t.crashes}; };
+  const Case cases[] = {
+      {0, White, Ending::Mate, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 0, 0, 0}},
+      {1, White, Ending::Mate, {0, 0, 1, 0, 0, 0}, {1, 0, 0, 0, 0, 0}},
+      {1, Black, Ending::Illegal, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 1, 0, 0}},
+      {0, White, Ending::Time, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 0, 1, 0}},
+      {0, Black, Ending::Crash, {0, 0, 1, 0, 0, 1}, {1, 0, 0, 0, 0, 0}},
+      {1, NoColor, Ending::Length, {0, 1, 0, 0, 0, 0}, {0, 1, 0, 0, 0, 0}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(endingName(c.ending));
+    GameResult result;
+    result.winner = c.winner;
+    result.ending = c.ending;
+    Tally tally;
+    tally.count(result, c.whiteEngine);
+    EXPECT_EQ(counts(tally.engines[0]), c.a);
+    EXPECT_EQ(counts(tally.engines[1]), c.b);
+    EXPECT_EQ(tally.clean(), c.ending != Ending::Illegal && c.ending != Ending::Time && c.ending != Ending::Crash);
+    EXPECT_EQ(tally.tooLong, c.ending == Ending::Length ? 1 : 0);
   }
 
-  // One game from the opening, engine A White; times in seconds.
-  RefereeRun play(const std::string& opening, const std::string& white, const std::string& black,
-                  const std::string& clock = "--time 2 --inc 0 --grace 0.5") {
-    const fs::path referee = fs::path(TORVY_BINARY).parent_path() / "tools" / "referee";
-    EXPECT_TRUE(fs::exists(referee)) << referee;
-    const std::string command = referee.string() + " --games 1 --openings " + write("openings.txt", opening + "\n") +
-                                " --engine " + write("white.sh", white, true) + " --engine2 " +
-                                write("black.sh", black, true) + " --dir " + folder_.path() + " " + clock + " 2>&1";
-    RefereeRun run;
-    FILE* pipe = popen(command.c_str(), "r");
-    char buffer[4096];
-    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;) run.output.append(buffer, n);
-    const int status = pclose(pipe);
-    run.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+  // A move beyond maxTime plus 5% and 2 centiseconds is an overrun, and a fault as our clock
+  // measures it; the engine's own search time is reported, not judged.
+  const struct { Millis usedMs; int maxTimeCs; bool overrun; } moves[] = {
+      {125, 10, false}, {126, 10, true}, {20, 0, false}, {21, 0, true}, {1070, 100, false}, {1073, 100, true}};
+  TimeUse use;
+  for (const auto& move : moves) EXPECT_EQ(use.record(move.usedMs, move.maxTimeCs, "here"), move.overrun) << move.usedMs;
+  EXPECT_EQ(std::tuple(use.overruns, use.worstExcessMs), std::tuple(3, Millis(3)));
+  GameResult result;
+  result.searchTime[1] = use;
+  Tally tally;
+  tally.count(result, 0);
+  EXPECT_TRUE(tally.clean());
+  result.time[1] = use;
+  tally.count(result, 0);
+  EXPECT_FALSE(tally.clean());
+}
+
+TEST(RefereeReply, TheEnginesLinesAreReadAlikeOverEitherProtocol) {
+  // The last line ends the reply.
+  struct Case { bool uci; const char* lines; Reply::Kind kind; std::string text; int maxTimeCs, searchCs; };
+  const Case cases[] = {
+      {false, "# set maxTime = 12|# total nodes = 500, QS nodes = 9 (1%), time = 9, nps = 5|move e2e4", Reply::Kind::Move,
+       "e2e4", 12, 9},
+      {false, "# set maxTime = 12|# out of book: corrected maxTime = 30|move e7e8q", Reply::Kind::Move, "e7e8q", 30, -1},
+      {false, "Error (unknown command): level", Reply::Kind::Refused, "Error (unknown command): level", 0, -1},
+      {true, "info string set maxTime = 12|info depth 3 pv g1f3|info string total nodes = 5, time = 9|bestmove g1f3 ponder g8f6",
+       Reply::Kind::Move, "g1f3", 12, 9},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.lines);
+    Reply reply;
+    std::istringstream lines(c.lines);
+    for (std::string line; std::getline(lines, line, '|');)
+      EXPECT_EQ(readReplyLine(line, c.uci, reply), lines.peek() == EOF) << line;
+    EXPECT_EQ(std::tuple(reply.kind, reply.text, reply.maxTimeCs, reply.searchCs),
+              std::tuple(c.kind, c.text, c.maxTimeCs, c.searchCs));
   }
-
-  testing::ScratchFolder folder_;
-};
-
-bool has(const RefereeRun& run, const std::string& text) { return run.output.find(text) != std::string::npos; }
-
-TEST_F(RefereeTest, GameEndsAreFoundOnTheBoard) {
-  // Fool's mate: Black mates at once, and the mated side's engine is never asked again.
-  const RefereeRun mate = play("f2f3 e7e5 g2g4", scriptedEngine(""), scriptedEngine("d8h4"));
-  EXPECT_TRUE(has(mate, "0-1 checkmate")) << mate.output;
-  EXPECT_TRUE(has(mate, "games=1 wins=0 draws=0 losses=1 illegal=0 timeouts=0 crashes=0")) << mate.output;
-
-  // The knights go home and out again until a position stands on the board for the third time.
-  const RefereeRun repetition = play("g1f3 g8f6", scriptedEngine("f3g1 g1f3 f3g1 g1f3 f3g1 g1f3"),
-                                     scriptedEngine("f6g8 g8f6 f6g8 g8f6 f6g8 g8f6"));
-  EXPECT_TRUE(has(repetition, "1/2-1/2 threefold repetition")) << repetition.output;
-  EXPECT_TRUE(has(repetition, "draws=1")) << repetition.output;
-  EXPECT_EQ(repetition.exitCode, 0);
-
-  const RefereeRun stalemate =
-      play("e2e3 a7a5 d1h5 a8a6 h5a5 h7h5 h2h4 a6h6 a5c7 f7f6 c7d7 e8f7 d7b7 d8d3 b7b8 d3h7 b8c8 f7g6",
-           scriptedEngine("c8e6"), scriptedEngine(""));
-  EXPECT_TRUE(has(stalemate, "1/2-1/2 stalemate")) << stalemate.output;
 }
 
-TEST_F(RefereeTest, FaultsLoseAndAreChargedToTheFaultySide) {
-  const RefereeRun illegal = play("e2e4", scriptedEngine(""), scriptedEngine("e7e4"));
-  EXPECT_TRUE(has(illegal, "1-0 illegal move (engine B played e7e4)")) << illegal.output;
-  EXPECT_TRUE(has(illegal, "illegal=1")) << illegal.output;
-  EXPECT_EQ(illegal.exitCode, 1);
-
-  const RefereeRun crash = play("e2e4", scriptedEngine(""), scriptedEngine("e7e5", "exit 3"));
-  EXPECT_TRUE(has(crash, "1-0 crash (engine B exited with code 3)")) << crash.output;
-
-  const RefereeRun hang = play("e2e4", scriptedEngine(""), scriptedEngine("e7e5", "exec sleep 30"),
-                               "--time 0.3 --inc 0 --grace 0.3");
-  EXPECT_TRUE(has(hang, "1-0 crash (engine B gave no move, killed)")) << hang.output;
-
-  const RefereeRun slow = play("e2e4", scriptedEngine(""), scriptedEngine("e7e5", "sleep 0.6"),
-                               "--time 0.3 --inc 0 --grace 5");
-  EXPECT_TRUE(has(slow, "1-0 loss on time")) << slow.output;
-  EXPECT_TRUE(has(slow, "timeouts=1")) << slow.output;
-}
-
-TEST_F(RefereeTest, MovesBeyondTheAnnouncedTimeAreCounted) {
-  // 300 ms against 10 centiseconds breaks the allowance of maxTime plus 5% and 2 centiseconds.
-  const std::string slowBlack = scriptedEngine("d8h4", "echo '# set maxTime = 10'; sleep 0.3");
-  const RefereeRun run = play("f2f3 e7e5 g2g4", scriptedEngine(""), slowBlack, "--time 1 --inc 0 --grace 1");
-  EXPECT_TRUE(has(run, "0-1 checkmate")) << run.output;
-  EXPECT_TRUE(has(run, "overruns=1")) << run.output;
-  EXPECT_EQ(run.exitCode, 1);
-}
-
-TEST_F(RefereeTest, AnEngineOverUciIsJudgedAlike) {
-  // Its info strings are read as the comment lines they stand for.
-  const std::string slowBlack =
-      scriptedUciEngine("f2f3 e7e5 g2g4", "d8h4", "echo 'info string set maxTime = 10'; sleep 0.3");
-  const RefereeRun run = play("f2f3 e7e5 g2g4", scriptedEngine(""), slowBlack, "--time 1 --inc 0 --grace 1 --protocol2 uci");
-  EXPECT_TRUE(has(run, "0-1 checkmate")) << run.output;
-  EXPECT_TRUE(has(run, "overruns=1")) << run.output;
+// Engine A over xboard hangs when asked; B over UCI checks that it is sent the whole game and
+// mates, over its announced time and in two pieces. Fool's mate twice, colours reversed.
+TEST(RefereeMatch, StandInEnginesOverEitherProtocolAreJudged) {
+  const testing::ScratchFolder folder;
+  auto engine = [&](const std::string& name, const std::string& cases) {
+    folder.write(name, "#!/bin/bash\nwhile read -r command argument; do case \"$command\" in\n" + cases + "quit) exit 0 ;;\nesac; done\n");
+    chmod(folder.file(name).c_str(), 0755);
+    return folder.file(name);
+  };
+  Options options;
+  options.engines[0] = engine("a.sh", "ping) echo \"pong $argument\" ;;\ngo) exec sleep 30 ;;\n");
+  options.engines[1] = engine("b.sh", "uci) echo uciok ;;\nisready) echo readyok ;;\n"
+                                      "position) [ \"$argument\" = \"startpos moves f2f3 e7e5 g2g4\" ] || exit 3 ;;\n"
+                                      "go) echo 'info string set maxTime = 10'; sleep 0.3; printf 'bestmove d8'; sleep 0.05; echo h4 ;;\n");
+  options.uci[1] = true;
+  options.workDir = folder.path();
+  options.games = 2;  // at 1 second a game, a second and a fifth for a move that never comes
+  options.baseMs = 1000;
+  options.incrementMs = 0;
+  options.graceMs = 200;
+  std::ostringstream out;
+  Match match(options, {{"fool", {"f2f3", "e7e5", "g2g4"}}}, out);
+  match.run();
+  EXPECT_FALSE(match.report(out));
+  for (const char* expected : {"game 1/2 [fool] A-B: 0-1 checkmate, 4 plies",
+                               "game 2/2 [fool] B-A: 1-0 crash (engine A gave no move, killed)",
+                               "games=2 wins=0 draws=0 losses=2 illegal=0 timeouts=0 crashes=1", " overruns=1 "})
+    EXPECT_NE(out.str().find(expected), std::string::npos) << expected << " in\n" << out.str();
 }
 
 }  // namespace
