@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(g++ cmake ninja-build zlib1g-dev liblzma-dev liblzf-dev)
 # dpkg-dev finds the package's library dependencies; lintian and man-db check it and its page.
 if [ "${1:-}" = "--tests" ]; then
-  packages+=(libgtest-dev libbenchmark-dev gaviotatb dpkg-dev lintian man-db)
+  packages+=(clang-format libgtest-dev libbenchmark-dev gaviotatb dpkg-dev lintian man-db)
 fi
 if [ "${1:-}" = "--package" ]; then
   packages+=(dpkg-dev)

@@ -8,6 +8,9 @@ scripts/install-deps.sh --tests
 # The real-book tests skip when the fixture cannot be had.
 scripts/fetch-book-fixture.sh fixtures || echo "book fixture not available"
 
+echo "== formatting"
+scripts/check-format.sh
+
 jobs=$(nproc)
 run_suite() {
   local dir=$1 filter=$2; shift 2

@@ -53,7 +53,8 @@ std::string centiseconds(Millis ms) { return std::to_string(std::max<Millis>(ms,
 bool readReplyLine(std::string_view original, bool uci, Reply& reply) {
   const std::string line = uci ? asXboard(original) : std::string(original);
   for (std::string_view announcement : {MaxTimeSet, MaxTimeCorrected})
-    if (line.starts_with(announcement)) reply.maxTimeCs = leadingNumber(std::string_view(line).substr(announcement.size()));
+    if (line.starts_with(announcement))
+      reply.maxTimeCs = leadingNumber(std::string_view(line).substr(announcement.size()));
   const std::size_t searchTimeAt = line.find(SearchTimeField);
   if (line.starts_with(SearchSummary) && searchTimeAt != std::string::npos)
     reply.searchCs = leadingNumber(std::string_view(line).substr(searchTimeAt + SearchTimeField.size()));
@@ -72,8 +73,8 @@ bool readReplyLine(std::string_view original, bool uci, Reply& reply) {
 
 void EnginePlayer::note(const char* direction, const std::string& text) {
   char stamp[32];
-  std::snprintf(stamp, sizeof stamp, "%9.3f %c%s ", double(millisBetween(origin_, SteadyClock::now())) / 1000.0,
-                label_, direction);
+  std::snprintf(stamp, sizeof stamp, "%9.3f %c%s ", double(millisBetween(origin_, SteadyClock::now())) / 1000.0, label_,
+                direction);
   transcript_.push_back(stamp + text);
 }
 

@@ -20,10 +20,10 @@ struct EngineSetup {
 struct Reply {
   enum class Kind { Move, Refused, Closed, Hung };
   Kind kind = Kind::Hung;
-  std::string text;    // the move, or the line that refused
-  int maxTimeCs = 0;   // the budget it announced, 0 if none
-  int searchCs = -1;   // the search time it reported, -1 if none
-  Millis usedMs = 0;   // from the question to the answer
+  std::string text;   // the move, or the line that refused
+  int maxTimeCs = 0;  // the budget it announced, 0 if none
+  int searchCs = -1;  // the search time it reported, -1 if none
+  Millis usedMs = 0;  // from the question to the answer
 };
 
 // Takes one line of output into the reply; true once the line ends it, with a move or a refusal.

@@ -93,7 +93,8 @@ std::optional<Ending> GameBoard::end(Color& winner) {
   generateLegalMoves(*board_, moves);
   if (moves.count == 0) {
     CheckInfo check;
-    const bool inCheck = board_->sideToMove == White ? findCheck<White>(*board_, check) : findCheck<Black>(*board_, check);
+    const bool inCheck =
+        board_->sideToMove == White ? findCheck<White>(*board_, check) : findCheck<Black>(*board_, check);
     if (!inCheck) return Ending::Stalemate;
     winner = opposite(board_->sideToMove);
     return Ending::Mate;

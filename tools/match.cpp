@@ -164,9 +164,8 @@ GameResult Match::play(EnginePlayer* players[2], int whiteEngine, const Opening&
       result.noteworthy = true;
     if (const auto faultEnding = board.play(reply.text, reply.usedMs)) {
       fault(result, side, *faultEnding,
-            engine(side) + (*faultEnding == Ending::Time
-                                ? " over by " + std::to_string(-board.clockMs(side)) + " ms"
-                                : " played " + reply.text));
+            engine(side) + (*faultEnding == Ending::Time ? " over by " + std::to_string(-board.clockMs(side)) + " ms"
+                                                         : " played " + reply.text));
       break;
     }
   }
@@ -207,8 +206,9 @@ bool Match::report(std::ostream& out) const {
     const EngineTally& t = tally_.engines[index];
     out << "engine " << char('A' + index) << " (" << options_.engines[index] << "): wins=" << t.wins
         << " draws=" << t.draws << " losses=" << t.losses << " illegal=" << t.illegal << " timeouts=" << t.timeouts
-        << " crashes=" << t.crashes << " moves=" << t.time.moves << "\n  move time against maxTime: "
-        << describe(t.time) << "\n  search time against maxTime: " << describe(t.searchTime) << std::endl;
+        << " crashes=" << t.crashes << " moves=" << t.time.moves
+        << "\n  move time against maxTime: " << describe(t.time)
+        << "\n  search time against maxTime: " << describe(t.searchTime) << std::endl;
     illegal += t.illegal;
     timeouts += t.timeouts;
     crashes += t.crashes;

@@ -52,17 +52,28 @@ bool parseOptions(int argc, char** argv, Options& options) {
       return false;
     }
     const char* value = argv[++i];
-    if (name == "--engine") options.engines[0] = value;
-    else if (name == "--engine2") options.engines[1] = value, secondGiven = true;
-    else if (name == "--cores") options.engineArgs = {"-cores", value};
-    else if (name == "--games") options.games = std::atoi(value);
-    else if (name == "--concurrency") options.concurrency = std::atoi(value);
-    else if (name == "--time") options.baseMs = secondsToMillis(value);
-    else if (name == "--inc") options.incrementMs = secondsToMillis(value);
-    else if (name == "--grace") options.graceMs = secondsToMillis(value);
-    else if (name == "--openings") options.openingsPath = value;
-    else if (name == "--dir") options.workDir = value;
-    else if (name == "--transcripts") options.transcriptDir = value;
+    if (name == "--engine")
+      options.engines[0] = value;
+    else if (name == "--engine2")
+      options.engines[1] = value, secondGiven = true;
+    else if (name == "--cores")
+      options.engineArgs = {"-cores", value};
+    else if (name == "--games")
+      options.games = std::atoi(value);
+    else if (name == "--concurrency")
+      options.concurrency = std::atoi(value);
+    else if (name == "--time")
+      options.baseMs = secondsToMillis(value);
+    else if (name == "--inc")
+      options.incrementMs = secondsToMillis(value);
+    else if (name == "--grace")
+      options.graceMs = secondsToMillis(value);
+    else if (name == "--openings")
+      options.openingsPath = value;
+    else if (name == "--dir")
+      options.workDir = value;
+    else if (name == "--transcripts")
+      options.transcriptDir = value;
     else if (name == "--protocol" || name == "--protocol2") {
       const std::string protocol = value;
       if (protocol != "uci" && protocol != "xboard") {
@@ -70,8 +81,7 @@ bool parseOptions(int argc, char** argv, Options& options) {
         return false;
       }
       options.uci[name == "--protocol" ? 0 : 1] = protocol == "uci";
-    }
-    else {
+    } else {
       std::cerr << "referee: unknown option " << name << std::endl;
       return false;
     }

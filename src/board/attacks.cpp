@@ -40,13 +40,11 @@ bool isPseudoLegal(const Board_0x88& board, Move m) {
   if (from == to || board.colorOn[from] != Us || board.colorOn[to] == Us) return false;
   const bool pawnOnFrom = board.pieceOn[from] == Pawn;
   switch (moveKind(m)) {
-    case PromotionMove:
-      return pawnOnFrom && relativeRank(Us, from) == 6 && relativeRank(Us, to) == 7;
+    case PromotionMove: return pawnOnFrom && relativeRank(Us, from) == 6 && relativeRank(Us, to) == 7;
     case EnPassantMove:
       return to == board.epSquare && pawnOnFrom && board.pieceOn[to] == NoPiece &&
              detail::holds(board, to - pawnForward[Us], Them, Pawn);
-    case CastlingMove:
-      return isPseudoLegalCastling<Us>(board, m);
+    case CastlingMove: return isPseudoLegalCastling<Us>(board, m);
     default:
       if (moveDetail(m) != 1) return true;
       return pawnOnFrom && relativeRank(Us, from) == 1 && board.pieceOn[from + pawnForward[Us]] == NoPiece &&

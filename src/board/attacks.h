@@ -118,8 +118,8 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
     if (detail::holds(board, s - d, By, Pawn)) return found(s - d);
   // The king is looked for step by step only when it stands next to s at all.
   const Square88 king = board.kingSquare(By);
-  const bool kingNear = king != NoSquare && std::abs(fileOf(king) - fileOf(s)) <= 1 &&
-                        std::abs(rankOf(king) - rankOf(s)) <= 1;
+  const bool kingNear =
+      king != NoSquare && std::abs(fileOf(king) - fileOf(s)) <= 1 && std::abs(rankOf(king) - rankOf(s)) <= 1;
   if (kingNear || count[Knight] != 0) {
     for (int i = 0; i < 8; ++i) {
       if (detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);

@@ -65,12 +65,18 @@ class Board_0x88 : public Board_Common {
   // Puts a piece on an empty square; false if its colour has no slot left for it.
   bool addPiece(Square88 s, PieceType t, Color c);
 
-  template <Color Us> void makeMove(Move m, UndoRecord& undo);
-  template <Color Us> void unmakeMove(Move m, const UndoRecord& undo);
-  template <Color Us> void makeMoveLight(Move m, UndoRecord& undo);
-  template <Color Us> void unmakeMoveLight(Move m, const UndoRecord& undo);
-  template <Color Us> void makeMoveTest(Move m, UndoRecord& undo);
-  template <Color Us> void unmakeMoveTest(Move m, const UndoRecord& undo);
+  template <Color Us>
+  void makeMove(Move m, UndoRecord& undo);
+  template <Color Us>
+  void unmakeMove(Move m, const UndoRecord& undo);
+  template <Color Us>
+  void makeMoveLight(Move m, UndoRecord& undo);
+  template <Color Us>
+  void unmakeMoveLight(Move m, const UndoRecord& undo);
+  template <Color Us>
+  void makeMoveTest(Move m, UndoRecord& undo);
+  template <Color Us>
+  void unmakeMoveTest(Move m, const UndoRecord& undo);
   void makeNullMove(UndoRecord& undo);
   void unmakeNullMove(const UndoRecord& undo);
 
@@ -88,13 +94,19 @@ class Board_0x88 : public Board_Common {
   enum class Keep { Everything, SumsOnly, LightKey, PiecesOnly };
   enum class Mode { Full, Light, Test };
 
-  template <Color Us, Mode M> void doMake(Move m, UndoRecord& undo);
-  template <Color Us, Mode M> void doUnmake(Move m, const UndoRecord& undo);
+  template <Color Us, Mode M>
+  void doMake(Move m, UndoRecord& undo);
+  template <Color Us, Mode M>
+  void doUnmake(Move m, const UndoRecord& undo);
 
-  template <Keep K> void toggleKey(Key k);
-  template <Keep K> void place(Square88 s, PieceType t, Color c, std::uint8_t slot);
-  template <Keep K> void remove(Square88 s);
-  template <Keep K> void move(Square88 from, Square88 to);
+  template <Keep K>
+  void toggleKey(Key k);
+  template <Keep K>
+  void place(Square88 s, PieceType t, Color c, std::uint8_t slot);
+  template <Keep K>
+  void remove(Square88 s);
+  template <Keep K>
+  void move(Square88 from, Square88 to);
 };
 
 // The one place the run-time side to move picks the per-colour code: f is a lambda written

@@ -32,8 +32,7 @@ bool readPlacement(Board_0x88& board, const char*& p) {
       const char* letter = c == '\0' ? nullptr : std::strchr(FenPieceLetters, c);
       if (letter == nullptr || file >= 8) return false;
       const int index = int(letter - FenPieceLetters);
-      if (!board.addPiece(makeSquare(file, rank), PieceType(index % 6 + 1), index < 6 ? White : Black))
-        return false;
+      if (!board.addPiece(makeSquare(file, rank), PieceType(index % 6 + 1), index < 6 ? White : Black)) return false;
       ++file;
     }
   }
@@ -52,8 +51,10 @@ bool readSide(Board_0x88& board, const char*& p) {
 bool rightIsBorneOut(const Board_0x88& board, CastlingRights right) {
   const Color c = right <= WhiteQueenSide ? White : Black;
   const Square88 king = c == White ? sq::e1 : sq::e8;
-  const Square88 rook = right == WhiteKingSide ? sq::h1 : right == WhiteQueenSide ? sq::a1
-                        : right == BlackKingSide ? sq::h8 : sq::a8;
+  const Square88 rook = right == WhiteKingSide    ? sq::h1
+                        : right == WhiteQueenSide ? sq::a1
+                        : right == BlackKingSide  ? sq::h8
+                                                  : sq::a8;
   return detail::holds(board, king, c, King) && detail::holds(board, rook, c, Rook);
 }
 

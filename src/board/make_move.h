@@ -33,9 +33,7 @@ constexpr std::array<CastlingRights, 128> makeRightsKept() {
 constexpr std::array<CastlingRights, 128> rightsKept = makeRightsKept();
 
 // A promotion clears rights by its to-square alone, and only on the corners.
-constexpr CastlingRights cornerRightsKept(Square88 to) {
-  return to == sq::e1 || to == sq::e8 ? 15 : rightsKept[to];
-}
+constexpr CastlingRights cornerRightsKept(Square88 to) { return to == sq::e1 || to == sq::e8 ? 15 : rightsKept[to]; }
 
 inline Key castlingChangeKey(CastlingRights changed) {
   Key k = 0;
@@ -164,8 +162,8 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
       move<K>(c.kingFrom, c.kingTo);
       move<K>(c.rookFrom, c.rookTo);
       if constexpr (KeepsClock) ++halfmoveClock;
-      newRights &= Us == White ? CastlingRights(BlackKingSide | BlackQueenSide)
-                               : CastlingRights(WhiteKingSide | WhiteQueenSide);
+      newRights &=
+          Us == White ? CastlingRights(BlackKingSide | BlackQueenSide) : CastlingRights(WhiteKingSide | WhiteQueenSide);
       break;
     }
     default: {

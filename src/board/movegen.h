@@ -94,7 +94,8 @@ inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 f
     int to = from + d;
     for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
       if constexpr (!CapturesOnly) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
-    if (onBoard(to) && board.colorOn[to] == opposite(Us)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
+    if (onBoard(to) && board.colorOn[to] == opposite(Us))
+      tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
 

@@ -11,6 +11,7 @@ namespace {
 // White's values, rank 8 first, files a to d; files e to h mirror d to a.
 using HalfTable = ScorePair[8][4];
 
+// clang-format off
 constexpr HalfTable pawnValues = {
     {{0, 0}, {0, 0}, {0, 0}, {0, 0}},
     {{132, 101}, {154, 117}, {146, 138}, {135, 144}},
@@ -71,9 +72,10 @@ constexpr HalfTable kingValues = {
     {{-43, 56}, {-14, 81}, {-87, 109}, {-67, 104}},
     {{19, 0}, {48, 25}, {-25, 53}, {-5, 48}},
 };
+// clang-format on
 
 constexpr const HalfTable* valuesByPiece[6] = {&pawnValues, &knightValues, &bishopValues,
-                                                &rookValues, &queenValues, &kingValues};
+                                               &rookValues, &queenValues,  &kingValues};
 
 }  // namespace
 

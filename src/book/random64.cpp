@@ -3,6 +3,7 @@
 
 namespace torvy {
 
+// clang-format off
 constexpr std::array<Key, Random64Size> Random64 = {
     0x9D39247E33776D41ull, 0x2AF7398005AAA5C7ull, 0x44DB015024623547ull,
     0x9C15F73E62A76AE2ull, 0x75834465489C0C89ull, 0x3290AC3A203001BFull,
@@ -266,5 +267,6 @@ constexpr std::array<Key, Random64Size> Random64 = {
     0xD0E4427A5514FB72ull, 0x77C621CC9FB3A483ull, 0x67A34DAC4356550Bull,
     0xF8D626AAAF278509ull,
 };
+// clang-format on
 
 }  // namespace torvy

@@ -75,8 +75,8 @@ std::uint64_t subtree(std::uint64_t& nodes, Board_0x88& board, PerftTable& table
 }
 
 template <Color Us, bool InCheck>
-std::uint64_t divideRoot(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth,
-                         const CheckInfo& check, std::ostream& out) {
+std::uint64_t divideRoot(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, const CheckInfo& check,
+                         std::ostream& out) {
   ++nodes;
   MoveSelector selector;
   setUpSelector<Us, InCheck>(selector, board, check);
@@ -147,9 +147,7 @@ void runDriver(Board_0x88& board, PerftTable& table, std::uint32_t sizeMB, Searc
 
 // The light key stack holds one key per ply made, and depth 1 makes none. Deeper runs could
 // not end in any case, so they are cut to what the stack holds rather than overrun it.
-int cappedDepth(const Board_0x88& board, int depth) {
-  return std::min(depth, int(LightKeysSize - board.lightIndex));
-}
+int cappedDepth(const Board_0x88& board, int depth) { return std::min(depth, int(LightKeysSize - board.lightIndex)); }
 
 }  // namespace
 
@@ -161,8 +159,7 @@ void preparePerftHash(PerftTable& table, std::uint32_t sizeMB, std::ostream& out
 }
 
 template <Color Us, bool InCheck>
-std::uint64_t perftNode(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth,
-                        const CheckInfo& check) {
+std::uint64_t perftNode(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, const CheckInfo& check) {
   ++nodes;
   MoveSelector selector;
   setUpSelector<Us, InCheck>(selector, board, check);

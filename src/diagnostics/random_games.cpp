@@ -52,7 +52,8 @@ double perGame(std::uint64_t count, const RandomGameStats& stats) { return doubl
 void printPieceAverages(const char* label, const std::uint64_t (&counts)[7], const RandomGameStats& stats,
                         std::ostream& out) {
   out << label;
-  for (PieceType p = Pawn; p <= King; ++p) printFormatted(out, p == Pawn ? "%6.2f" : " %6.2f", perGame(counts[p], stats));
+  for (PieceType p = Pawn; p <= King; ++p)
+    printFormatted(out, p == Pawn ? "%6.2f" : " %6.2f", perGame(counts[p], stats));
   out << std::endl;
 }
 
@@ -75,7 +76,8 @@ void printPieceCounts(Color c, const RandomGameStats& stats, std::ostream& out) 
   printFormatted(out, "Frequency of positions with given number of %s pieces:\n", c == White ? "white" : "black");
   for (int first : {1, 9}) {
     for (int n = first; n < first + 8; ++n)
-      printFormatted(out, n == first ? "%5.1f" : " %5.1f", double(stats.pieceCount[c][n]) * 100.0 / double(stats.positions));
+      printFormatted(out, n == first ? "%5.1f" : " %5.1f",
+                     double(stats.pieceCount[c][n]) * 100.0 / double(stats.positions));
     out << std::endl;
   }
 }
@@ -91,9 +93,7 @@ void RandomGameStats::countMove(const Board_0x88& board, Move move) {
       ++promotions;
       ++promotionsIntoPiece[promotionPiece(move)];
       break;
-    case CastlingMove:
-      ++castlings;
-      break;
+    case CastlingMove: ++castlings; break;
     case EnPassantMove:
       ++epCaptures;
       ++capturesOfPiece[Pawn];

@@ -13,8 +13,7 @@ namespace {
 
 // Material of one colour as counts of pawns, knights, bishops, rooks and queens.
 constexpr std::array<std::uint8_t, 5> menOf(int pawns, int knights, int bishops, int rooks, int queens) {
-  return {std::uint8_t(pawns), std::uint8_t(knights), std::uint8_t(bishops), std::uint8_t(rooks),
-          std::uint8_t(queens)};
+  return {std::uint8_t(pawns), std::uint8_t(knights), std::uint8_t(bishops), std::uint8_t(rooks), std::uint8_t(queens)};
 }
 std::array<std::uint8_t, 5> menOf(const Board_0x88& board, Color c) {
   const auto& n = board.pieceCount[c];
@@ -69,8 +68,9 @@ int queenAgainstSeventhRankPawn(const Board_0x88& board, Color pawnSide) {
   const int kingRank = pawnSide == White ? 7 - rankOf(king) : rankOf(king);
   const Square88 seen = makeSquare(kingFile, kingRank);
   const bool rookPawn = pawnFile == 0 || pawnFile == 7;
-  const bool drawing = rookPawn ? seen == sq::a1 || seen == sq::b1 || seen == sq::b2
-                                : seen == sq::b1 || seen == sq::c1 || seen == sq::d1 || seen == sq::b2 || seen == sq::d2;
+  const bool drawing = rookPawn
+                           ? seen == sq::a1 || seen == sq::b1 || seen == sq::b2
+                           : seen == sq::b1 || seen == sq::c1 || seen == sq::d1 || seen == sq::b2 || seen == sq::d2;
   return drawing ? 25 : 100;
 }
 

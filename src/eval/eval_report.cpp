@@ -10,9 +10,9 @@ namespace torvy {
 namespace {
 
 constexpr const char* rowLabels[std::size_t(EvalTerm::Count)] = {
-    "Material", "PST",         "Passed pawns", "Weak pawns",        "Pawn structure",
-    "Knights",  "Bishops",     "Rooks",        "Queens",            "King safety",
-    "King tropism", "M: King edge dist", "M: King dist", "M: KBNK safe corner", "Side to move"};
+    "Material",    "PST",    "Passed pawns", "Weak pawns",   "Pawn structure",    "Knights",      "Bishops",
+    "Rooks",       "Queens", "King safety",  "King tropism", "M: King edge dist", "M: King dist", "M: KBNK safe corner",
+    "Side to move"};
 
 constexpr const char* RuleLine = "==============================================================================";
 
@@ -36,8 +36,8 @@ void EvalReport::print(std::ostream& out, int whiteScore) const {
               taper(row.white.mg - row.black.mg, row.white.eg - row.black.eg, phase_));
   }
   out << RuleLine << std::endl;
-  printLine(out, "Phase = %3d          Scaling factor = %3.2f          Total evaluation = %6d", phase_,
-            scale_ / 100.0, whiteScore);
+  printLine(out, "Phase = %3d          Scaling factor = %3.2f          Total evaluation = %6d", phase_, scale_ / 100.0,
+            whiteScore);
   out << RuleLine << std::endl;
 }
 

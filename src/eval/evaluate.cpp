@@ -38,8 +38,7 @@ int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, in
   const MaterialInfo material = computeMaterial(board);
   const int clock = std::min<int>(board.halfmoveClock, 100);
   const int fiftyScale = (10000 - clock * clock) / 100;
-  const int fewMenScale =
-      material.menBesideKing(White) + material.menBesideKing(Black) <= 4 ? drawScale(board) : 100;
+  const int fewMenScale = material.menBesideKing(White) + material.menBesideKing(Black) <= 4 ? drawScale(board) : 100;
   if (!material.canWin[White] && !material.canWin[Black]) return 0;
   const int scale = std::min(fewMenScale, fiftyScale);
   if (scale == 0) return 0;

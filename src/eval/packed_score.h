@@ -12,9 +12,7 @@ using PackedScore = std::uint32_t;
 
 constexpr int MaxPhase = 24;
 
-constexpr PackedScore pack(ScorePair p) {
-  return (PackedScore(std::uint16_t(p.eg)) << 16) | std::uint16_t(p.mg);
-}
+constexpr PackedScore pack(ScorePair p) { return (PackedScore(std::uint16_t(p.eg)) << 16) | std::uint16_t(p.mg); }
 constexpr ScorePair unpack(PackedScore s) {
   return ScorePair{std::int16_t(std::uint16_t(s)), std::int16_t(std::uint16_t(s >> 16))};
 }

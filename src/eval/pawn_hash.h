@@ -45,8 +45,8 @@ struct PawnHashEntry {
   }
 
   void store(Key pawnKey, const PawnHashData& data) {
-    const std::uint64_t scores = data.structure | std::uint64_t(data.openFiles) << 32 |
-                                 std::uint64_t(data.halfOpenFiles) << 40;
+    const std::uint64_t scores =
+        data.structure | std::uint64_t(data.openFiles) << 32 | std::uint64_t(data.halfOpenFiles) << 40;
     whitePawns.store(data.pawns[White], std::memory_order_relaxed);
     blackPawns.store(data.pawns[Black], std::memory_order_relaxed);
     packedScores.store(scores, std::memory_order_relaxed);

@@ -16,9 +16,9 @@ constexpr ScorePair attackedStretchWeight = {-24, -13};
 constexpr ScorePair occupiedStretchWeight = {12, -5};
 
 // By blocked promotion distance.
-constexpr ScorePair passedBonus[12] = {{0, 0},  {97, 188}, {76, 133}, {20, 84}, {16, 57},  {8, 36},
-                                       {32, 20}, {15, 32},  {26, 40},  {-15, -60}, {1, 2}, {1, 1}};
-constexpr ScorePair unstoppableBonus[12] = {{0, 0},  {193, 420}, {143, 339}, {95, 90}, {-33, 72}, {-38, 47},
+constexpr ScorePair passedBonus[12] = {{0, 0},   {97, 188}, {76, 133}, {20, 84},   {16, 57}, {8, 36},
+                                       {32, 20}, {15, 32},  {26, 40},  {-15, -60}, {1, 2},   {1, 1}};
+constexpr ScorePair unstoppableBonus[12] = {{0, 0},   {193, 420}, {143, 339}, {95, 90}, {-33, 72}, {-38, 47},
                                             {-9, 55}, {0, 0},     {0, 0},     {0, 0},   {0, 0},    {0, 0}};
 
 constexpr int PawnSlotsBegin = 8;
@@ -101,8 +101,8 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
     collectPawns(info, board);
     const ScorePair black = unpack(pawnStructure<Black>(info, book));
     const ScorePair white = unpack(pawnStructure<White>(info, book));
-    data = PawnHashData{{info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles,
-                        info.halfOpenFiles};
+    data =
+        PawnHashData{{info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles};
     entry.store(key, data);
   }
   info.openFileCount = std::uint8_t(countSquares(info.openFiles));
@@ -180,12 +180,12 @@ template PackedScore evaluatePawns(PawnInfo&, const Board_0x88&, PawnHashTable&,
 template PackedScore pawnStructure<White>(const PawnInfo&, NoBook&);
 template PackedScore pawnStructure<Black>(const PawnInfo&, NoBook&);
 template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
-                                             NoBook&);
+                                            NoBook&);
 template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
-                                             NoBook&);
+                                            NoBook&);
 template PackedScore passedPawnScore<White>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
-                                             EvalReport&);
+                                            EvalReport&);
 template PackedScore passedPawnScore<Black>(const Board_0x88&, const MaterialInfo&, const PawnInfo&, const Occupancy&,
-                                             EvalReport&);
+                                            EvalReport&);
 
 }  // namespace torvy

@@ -28,14 +28,14 @@ constexpr MobilityTable rookMobility = makeMobilityTable({-2, 13}, {-15, -30});
 constexpr MobilityTable queenMobilityTable = makeMobilityTable({4, 13}, {-30, -60});
 
 // By the number of open files on the board, and of open and half-open files together.
-constexpr ScorePair rookOpenFile[9] = {{0, 0},  {68, 42},  {88, 20},  {86, 9}, {82, -2},
+constexpr ScorePair rookOpenFile[9] = {{0, 0},   {68, 42},  {88, 20}, {86, 9}, {82, -2},
                                        {35, -6}, {41, -21}, {3, -45}, {0, 0}};
-constexpr ScorePair rookHalfOpenFile[9] = {{0, 0},   {25, -42}, {36, 4},  {44, 2}, {55, 8},
+constexpr ScorePair rookHalfOpenFile[9] = {{0, 0},   {25, -42}, {36, 4}, {44, 2}, {55, 8},
                                            {53, 10}, {24, 19},  {0, 20}, {0, 0}};
 
 struct OpenFileWeights {
-  ScorePair kingFile;      // the enemy king stands on the open file
-  ScorePair besideKing;    // the enemy king stands on a file next to it
+  ScorePair kingFile;    // the enemy king stands on the open file
+  ScorePair besideKing;  // the enemy king stands on a file next to it
 };
 constexpr OpenFileWeights rookNearKing = {{83, 36}, {54, -21}};
 constexpr OpenFileWeights queenNearKing = {{16, 111}, {7, 39}};

@@ -21,6 +21,7 @@ struct TropismRun {
   PieceType type;
   std::uint8_t first, last, value;
 };
+// clang-format off
 inline constexpr TropismRun tropismRuns[] = {
     {Pawn, 1, 2, 1}, {Pawn, 14, 14, 1}, {Pawn, 16, 16, 2}, {Pawn, 18, 18, 1}, {Pawn, 30, 31, 1},
     {Pawn, 32, 32, 2}, {Pawn, 33, 34, 1}, {Pawn, 94, 95, 1}, {Pawn, 96, 96, 2}, {Pawn, 97, 98, 1},
@@ -45,6 +46,7 @@ inline constexpr TropismRun tropismRuns[] = {
     {King, 1, 1, 4}, {King, 2, 2, 3}, {King, 14, 15, 2}, {King, 16, 16, 4}, {King, 17, 18, 2},
     {King, 30, 30, 1}, {King, 31, 31, 2}, {King, 32, 32, 3}, {King, 33, 33, 2}, {King, 34, 34, 1},
 };
+// clang-format on
 
 using TropismTable = std::array<std::array<std::uint8_t, 128>, 7>;
 

@@ -9,13 +9,13 @@
 namespace torvy {
 
 bool WBEngine::handleProtover(const Arguments&) {
-  for (const char* feature : {"ping=1", "setboard=1", "playother=1", "usermove=1", "colors=0", "sigint=0", "sigterm=0",
-                              "analyze=1", "name=0", "nps=0", "debug=1", "egt=\"gaviota\"", "smp=1",
-                              "variants=\"normal\""})
+  for (const char* feature :
+       {"ping=1", "setboard=1", "playother=1", "usermove=1", "colors=0", "sigint=0", "sigterm=0", "analyze=1", "name=0",
+        "nps=0", "debug=1", "egt=\"gaviota\"", "smp=1", "variants=\"normal\""})
     out() << "feature " << feature << std::endl;
   for (const SizeOption& option : SizeOptions)
     out() << "feature option=\"" << option.name << " -spin " << player.*(option.field) << ' ' << option.min << ' '
-        << option.max << '"' << std::endl;
+          << option.max << '"' << std::endl;
   for (const PathOption& option : PathOptions)
     out() << "feature option=\"" << option.name << " -path " << player.*(option.field) << '"' << std::endl;
   out() << "feature myname=\"" << ProgramName << ' ' << ProgramVersion << '"' << std::endl;

@@ -140,8 +140,8 @@ void UciEngine::printThinking(unsigned depth, int score, std::int32_t time, std:
     out() << "mate " << movesToMate(score);
   else
     out() << "cp " << score;
-  out() << " time " << millis << " nodes " << nodes << " nps " << (millis > 0 ? nodes * 1000 / std::uint64_t(millis) : 0)
-        << " pv";
+  out() << " time " << millis << " nodes " << nodes << " nps "
+        << (millis > 0 ? nodes * 1000 / std::uint64_t(millis) : 0) << " pv";
   for (std::uint16_t i = 0; i < line.count; ++i) out() << ' ' << moveToText(line.moves[i]);
   out() << std::endl;
 }

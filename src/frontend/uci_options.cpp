@@ -38,8 +38,9 @@ constexpr UciOption UciOptions[] = {
 
 // GUIs may change the case of option names.
 bool sameName(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                    [](char x, char y) { return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y)); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+    return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+  });
 }
 
 bool readInt(std::string_view text, int& number) {
@@ -80,7 +81,8 @@ void UciEngine::handleSetoption(std::string_view arguments) {
   arguments.remove_prefix(NameWord.size());
   const std::size_t cut = arguments.find(ValueWord);
   const std::string_view name = arguments.substr(0, cut);
-  const std::string_view value = cut == std::string_view::npos ? std::string_view() : arguments.substr(cut + ValueWord.size());
+  const std::string_view value =
+      cut == std::string_view::npos ? std::string_view() : arguments.substr(cut + ValueWord.size());
   setOption(name, value);
 }
 

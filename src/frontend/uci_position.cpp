@@ -40,7 +40,9 @@ void UciEngine::handlePosition(std::string_view arguments) {
           << std::endl;
     return restoreHeldPosition();
   }
-  const char* refusal = player.kingMissing() ? MissingKingError : player.kingCapturable() ? KingCapturableError : nullptr;
+  const char* refusal = player.kingMissing()      ? MissingKingError
+                        : player.kingCapturable() ? KingCapturableError
+                                                  : nullptr;
   if (refusal != nullptr) {
     out() << UciInfoString << refusal << ", kept the last position: " << fen << std::endl;
     return restoreHeldPosition();

@@ -40,9 +40,9 @@ int WBEngine::run(int argc, char** argv) {
 
 void WBEngine::printBanner() {
   out() << "# " << ProgramName << ' ' << ProgramVersion << '\n'
-      << "# a chess engine for xboard front ends, written in C++20\n"
-      << "# \n"
-      << "feature done=0" << std::endl;
+        << "# a chess engine for xboard front ends, written in C++20\n"
+        << "# \n"
+        << "feature done=0" << std::endl;
 }
 
 void WBEngine::readCommandLine(int argc, char** argv) {
@@ -58,7 +58,7 @@ void WBEngine::readCommandLine(int argc, char** argv) {
     const int cores = std::atoi(argv[i]);
     if (cores < 1)
       out() << "# warning: found bad argument \"" << cores
-          << "\" for command line option \"-cores\", must be a positive number" << std::endl;
+            << "\" for command line option \"-cores\", must be a positive number" << std::endl;
     else
       player.setCores(std::uint32_t(cores));
   }

@@ -117,7 +117,8 @@ bool ChessPlayer::checkGameEnd() {
   generateLegalMoves(board, moves);
   bool ended = true;
   if (moves.count == 0 && sideToMoveInCheck(board)) {
-    out() << (board.sideToMove == Black ? "1-0 {White wins by checkmate}" : "0-1 {Black wins by checkmate}") << std::endl;
+    out() << (board.sideToMove == Black ? "1-0 {White wins by checkmate}" : "0-1 {Black wins by checkmate}")
+          << std::endl;
   } else if (moves.count == 0) {
     out() << "1/2-1/2 {Stalemate}" << std::endl;
   } else {
@@ -145,7 +146,7 @@ bool ChessPlayer::shouldOfferDraw(Move move) {
 void ChessPlayer::setCores(std::uint32_t wanted) {
   cores = std::min(wanted, maxCores);
   out() << "# will now use " << cores << " cores (requested=" << wanted << ", current=" << activeCores
-      << ", max=" << maxCores << ")" << std::endl;
+        << ", max=" << maxCores << ")" << std::endl;
 }
 
 void ChessPlayer::setTtHashSizeMB(std::uint32_t sizeMB) {

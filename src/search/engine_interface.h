@@ -13,8 +13,7 @@ class EngineInterface {
  public:
   virtual void makeEngineMove(Move move) = 0;
   // A thinking line in the protocol's form; time in centiseconds since the search began.
-  virtual void printThinking(unsigned depth, int score, std::int32_t time, std::uint64_t nodes,
-                             const PvLine& line) = 0;
+  virtual void printThinking(unsigned depth, int score, std::int32_t time, std::uint64_t nodes, const PvLine& line) = 0;
 
  protected:
   ~EngineInterface() = default;

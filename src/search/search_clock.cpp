@@ -72,8 +72,8 @@ void SearchClock::computeMaxTime(std::uint32_t gamePly, std::ostream& out) {
   const std::uint32_t remaining = total - std::uint32_t(used);
   const std::int32_t available = std::int32_t((remainingMoves - 1) * increment + remaining);
   const std::int32_t max = std::int32_t(available * 0.9 / remainingMoves);
-  out << "# movesPerSession=" << movesPerSession << " timePerSession=" << timePerSession
-      << " increment=" << increment << '\n'
+  out << "# movesPerSession=" << movesPerSession << " timePerSession=" << timePerSession << " increment=" << increment
+      << '\n'
       << "# ply=" << gamePly << " fullMoveNumber=" << fullMove << " remainingMoves=" << remainingMoves
       << " nSessions=" << sessions << '\n'
       << "# total=" << total << " elapsed=" << used << " remaining=" << std::int32_t(remaining)

@@ -150,8 +150,9 @@ void ChessPlayer::printSearchStats() {
   std::uint64_t t[9] = {};
   for (const auto& thread : threads) {
     const SearchStats& s = thread->searcher.stats;
-    const Counter* counters[9] = {&s.nodes, &s.qsNodes, &s.cutoffs, &s.cutoffsOn1stMove, &s.qsCutoffs,
-                                  &s.qsCutoffsOn1stMove, &s.ttHits, &s.pawnHashHits, &s.tbHits};
+    const Counter* counters[9] = {
+        &s.nodes,  &s.qsNodes,      &s.cutoffs, &s.cutoffsOn1stMove, &s.qsCutoffs, &s.qsCutoffsOn1stMove,
+        &s.ttHits, &s.pawnHashHits, &s.tbHits};
     for (int i = 0; i < 9; ++i) t[i] += counters[i]->get();
   }
   const std::uint64_t nodes = t[0], qsNodes = t[1], cutoffs = t[2], cutoffsFirst = t[3], qsCutoffs = t[4],
@@ -160,13 +161,13 @@ void ChessPlayer::printSearchStats() {
   const std::int64_t time = clock.elapsed() - clock.searchStart;
   const std::uint64_t nps = time > 0 ? nodes * 100 / std::uint64_t(time) : 0;
   out() << "# total nodes = " << nodes << ", QS nodes = " << qsNodes << " (" << percentOf(qsNodes, nodes)
-      << "%), time = " << time << ", nps = " << nps << '\n';
+        << "%), time = " << time << ", nps = " << nps << '\n';
   out() << "# cutoffs = " << cutoffs << ", cutoffs on 1st move = " << cutoffsFirst << " ("
-      << percentOf(cutoffsFirst, cutoffs) << "%)\n";
+        << percentOf(cutoffsFirst, cutoffs) << "%)\n";
   out() << "# qsCutoffs = " << qsCutoffs << ", qsCutoffs on 1st move = " << qsCutoffsFirst << " ("
-      << percentOf(qsCutoffsFirst, qsCutoffs) << "%)\n";
+        << percentOf(qsCutoffsFirst, qsCutoffs) << "%)\n";
   out() << "# allCutoffs = " << cutoffs + qsCutoffs << ", all cutoffs on 1st move = " << cutoffsFirst + qsCutoffsFirst
-      << " (" << percentOf(cutoffsFirst + qsCutoffsFirst, cutoffs + qsCutoffs) << "%)\n";
+        << " (" << percentOf(cutoffsFirst + qsCutoffsFirst, cutoffs + qsCutoffs) << "%)\n";
   out() << "# ttHashFull% = " << ttHash.fillPercent() << ", ttHashHits = " << ttHits << '\n';
   out() << "# pawnHashFull% = " << pawnHash.fillPercent() << ", pawnHashHits = " << pawnHashHits << '\n';
   out() << "# tbHits = " << tbHits << std::endl;

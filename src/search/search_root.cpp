@@ -52,7 +52,8 @@ int Searcher::evaluateRootMoves(PvLine& bestLine, int& rootMoves, int& resolved)
     board.makeMove<Us>(m, undo);
     int score = 0;
     int value = 0;
-    if (board.totalCount(White) + board.totalCount(Black) <= MostTablebaseMen && tablebases->probeHard<Them>(board, value)) {
+    if (board.totalCount(White) + board.totalCount(Black) <= MostTablebaseMen &&
+        tablebases->probeHard<Them>(board, value)) {
       stats.tbHits.add();
       ++resolved;
       score = value > 0 ? 1 - value : value < 0 ? -value - 1 : 0;
@@ -220,8 +221,7 @@ int Searcher::searchRootMoves(const CheckInfo& check, int alpha, int beta, int d
     }
     m = selector.next<Us>();
     if (m == NoMove) break;
-    if (!InCheck && moveNumber == 2 && depth >= 6)
-      lastMovesTime = clock->elapsed() - clock->searchStart - startTime;
+    if (!InCheck && moveNumber == 2 && depth >= 6) lastMovesTime = clock->elapsed() - clock->searchStart - startTime;
   }
   if (threadIndex == 0 && moveNumber >= 2 && !stopped() && best > second + EasyMoveMargin) easyMove = true;
   storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, 0, depth, best, line.first());

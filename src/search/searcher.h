@@ -70,13 +70,16 @@ class Searcher {
     int upper = MateScore;
   };
 
-  template <Color Us> void runIterations(Move& best, Move& ponder);
-  template <Color Us> int evaluateRootMoves(PvLine& bestLine, int& rootMoves, int& resolved);
-  bool checksAfterIteration(int depth, int rootMoves, int best, int mateLower, int mateUpper,
-                            const PvLine& bestLine, Move previousBest, bool* easyHistory);
-  template <Color Us> int searchRoot(int alpha, int beta, int depth, PvLine& line);
-  template <Color Us, bool InCheck> int searchRootMoves(const CheckInfo& check, int alpha, int beta, int depth,
-                                                        PvLine& line);
+  template <Color Us>
+  void runIterations(Move& best, Move& ponder);
+  template <Color Us>
+  int evaluateRootMoves(PvLine& bestLine, int& rootMoves, int& resolved);
+  bool checksAfterIteration(int depth, int rootMoves, int best, int mateLower, int mateUpper, const PvLine& bestLine,
+                            Move previousBest, bool* easyHistory);
+  template <Color Us>
+  int searchRoot(int alpha, int beta, int depth, PvLine& line);
+  template <Color Us, bool InCheck>
+  int searchRootMoves(const CheckInfo& check, int alpha, int beta, int depth, PvLine& line);
   // A node's window after the mate distance step, its mate bounds, ply and depth: what each
   // store into the transposition table repeats.
   struct Node {
@@ -87,20 +90,27 @@ class Searcher {
     Bounds bounds;
   };
 
-  template <Color Us> int searchNode(int alpha, int beta, int ply, int depth, PvLine& line);
-  template <Color Us> int searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int ply, int depth,
-                                            PvLine& line);
-  template <Color Us, bool InCheck> int searchMoves(MoveSelector& selector, Move first, const Node& node,
-                                                    PvLine& line);
-  template <Color Us> int searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth,
-                                     int moveNumber, bool late, PvLine& child);
-  template <Color Us> int quiescence(int alpha, int beta, int ply, PvLine& line);
-  template <Color Us, bool InCheck> Bounds mateDistanceBounds(int ply, int& alpha, int& beta) const;
-  template <Color Us, bool InCheck> Node openNode(int alpha, int beta, int ply, int depth) const;
+  template <Color Us>
+  int searchNode(int alpha, int beta, int ply, int depth, PvLine& line);
+  template <Color Us>
+  int searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int ply, int depth, PvLine& line);
+  template <Color Us, bool InCheck>
+  int searchMoves(MoveSelector& selector, Move first, const Node& node, PvLine& line);
+  template <Color Us>
+  int searchMove(const CheckInfo& check, int alpha, int beta, int childPly, int depth, int moveNumber, bool late,
+                 PvLine& child);
+  template <Color Us>
+  int quiescence(int alpha, int beta, int ply, PvLine& line);
+  template <Color Us, bool InCheck>
+  Bounds mateDistanceBounds(int ply, int& alpha, int& beta) const;
+  template <Color Us, bool InCheck>
+  Node openNode(int alpha, int beta, int ply, int depth) const;
   bool probe(const Node& node, Move& ttMove, int& score);
   int store(const Node& node, int score, Move move);  // gives back the score, for the node to return
-  template <Color Us> bool probeTablebase(int depth, int& value) const;
-  template <Color Us> bool mayPass(int ply) const;
+  template <Color Us>
+  bool probeTablebase(int depth, int& value) const;
+  template <Color Us>
+  bool mayPass(int ply) const;
 
   // Thread 0's clock check, and the guard that keeps the descent inside the history stack.
   bool mustStopAt();

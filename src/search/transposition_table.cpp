@@ -18,8 +18,8 @@ int scoreToTable(int s, int ply) {
 
 }  // namespace
 
-bool probeTT(const Board_0x88& board, TranspositionTable& table, int alpha, int beta, int ply, int depth,
-             int& score, Move& move, bool& found) {
+bool probeTT(const Board_0x88& board, TranspositionTable& table, int alpha, int beta, int ply, int depth, int& score,
+             Move& move, bool& found) {
   const Key key = board.key();
   TTEntry* cluster = table.cluster(key);
   for (int i = 0; i < 4; ++i) {
@@ -29,8 +29,8 @@ bool probeTT(const Board_0x88& board, TranspositionTable& table, int alpha, int 
     if (data.move != NoMove) move = data.move;
     if (data.depth < depth) return false;
     const int s = scoreFromTable(data.score, ply);
-    const bool accepted = data.bound == BoundExact || (data.bound == BoundLower && s >= beta) ||
-                          (data.bound == BoundUpper && s <= alpha);
+    const bool accepted =
+        data.bound == BoundExact || (data.bound == BoundLower && s >= beta) || (data.bound == BoundUpper && s <= alpha);
     if (!accepted) return false;
     score = s;
     return true;
@@ -38,8 +38,8 @@ bool probeTT(const Board_0x88& board, TranspositionTable& table, int alpha, int 
   return false;
 }
 
-void storeTT(const Board_0x88& board, TranspositionTable& table, int lower, int upper, int alpha, int beta,
-             int ply, int depth, int score, Move move) {
+void storeTT(const Board_0x88& board, TranspositionTable& table, int lower, int upper, int alpha, int beta, int ply,
+             int depth, int score, Move move) {
   TTData data;
   if (score >= beta && score < upper)
     data.bound = BoundLower;

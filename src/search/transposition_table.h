@@ -16,8 +16,8 @@ struct TTData {
   std::uint8_t age = 0;
 
   static TTData unpack(std::uint64_t word) {
-    return TTData{Move(word), std::int16_t(word >> 16), std::uint16_t((word >> 32) & 0xFFFF),
-                  std::uint8_t(word >> 48), std::uint8_t(word >> 56)};
+    return TTData{Move(word), std::int16_t(word >> 16), std::uint16_t((word >> 32) & 0xFFFF), std::uint8_t(word >> 48),
+                  std::uint8_t(word >> 56)};
   }
   std::uint64_t pack() const {
     return std::uint64_t(move) | std::uint64_t(std::uint16_t(score)) << 16 | std::uint64_t(bound) << 32 |
@@ -26,10 +26,10 @@ struct TTData {
 };
 
 // True when the entry cuts the node off; the entry's move, if any, reaches move either way.
-bool probeTT(const Board_0x88& board, TranspositionTable& table, int alpha, int beta, int ply, int depth,
-             int& score, Move& move, bool& found);
+bool probeTT(const Board_0x88& board, TranspositionTable& table, int alpha, int beta, int ply, int depth, int& score,
+             Move& move, bool& found);
 
-void storeTT(const Board_0x88& board, TranspositionTable& table, int lower, int upper, int alpha, int beta,
-             int ply, int depth, int score, Move move);
+void storeTT(const Board_0x88& board, TranspositionTable& table, int lower, int upper, int alpha, int beta, int ply,
+             int depth, int score, Move move);
 
 }  // namespace torvy

@@ -12,8 +12,8 @@ struct CacheBlock {
 
   std::uint32_t endgame = Empty;
   std::uint32_t side = Empty;
-  std::uint32_t offset = Empty;  // index of the block's first position
-  std::uint8_t* buffer = nullptr;    // this slot's part of the cache's memory
+  std::uint32_t offset = Empty;    // index of the block's first position
+  std::uint8_t* buffer = nullptr;  // this slot's part of the cache's memory
   CacheBlock* older = nullptr;
   CacheBlock* newer = nullptr;
 

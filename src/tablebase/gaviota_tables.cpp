@@ -11,7 +11,9 @@ constexpr std::uint8_t PawnCode = 1;
 constexpr std::uint8_t KingCode = 6;
 constexpr const char* PieceCodeLetters = "-pnbrqk";
 
-constexpr unsigned otherSideCode(unsigned code) { return code == ResultWhiteMates ? ResultBlackMates : ResultWhiteMates; }
+constexpr unsigned otherSideCode(unsigned code) {
+  return code == ResultWhiteMates ? ResultBlackMates : ResultWhiteMates;
+}
 
 // The better of two values for the side to move: a win beats a draw, a draw beats a loss, the
 // quicker win and the slower loss are better. A forbidden value never wins.

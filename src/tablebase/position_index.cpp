@@ -54,7 +54,8 @@ constexpr bool firstIsAnchor(TableSquare a, TableSquare b) {
 constexpr void buildKingTables(IndexTables& t) {
   for (auto& row : t.kingPairIndex) row.fill(Unset);
   for (TableSquare black = 0; black < 64; ++black)
-    for (TableSquare white = 0; white < 64; ++white) t.flipTable[black][white] = std::uint8_t(flipsForKings(black, white));
+    for (TableSquare white = 0; white < 64; ++white)
+      t.flipTable[black][white] = std::uint8_t(flipsForKings(black, white));
   int n = 0;
   for (TableSquare x = 0; x < 64; ++x) {
     for (TableSquare y = 0; y < 64; ++y) {

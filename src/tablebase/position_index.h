@@ -30,7 +30,7 @@ struct IndexTables {
   std::array<std::uint8_t, KingPairCount> whiteKingOf;
   std::array<std::array<std::uint8_t, 64>, 64> flipTable;  // [black king][white king]
   std::array<std::array<std::int16_t, 64>, 64> pairIndex;
-  std::array<std::uint32_t, 64> tripleBase;  // z over 3
+  std::array<std::uint32_t, 64> tripleBase;                    // z over 3
   std::array<std::array<std::int16_t, 48>, 24> pawnPairIndex;  // [p24 of anchor][p48 of loose pawn]
   std::array<std::array<std::int16_t, 48>, 48> pawnPair48;
   std::array<std::array<std::array<std::int16_t, 48>, 48>, 48> pawnTriple48;

@@ -19,8 +19,8 @@ TEST(DrawRules, FiftyMovesAndMaterial) {
        {"4k3/8/8/8/8/8/8/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/3BK3 w - - 0 1", "3nk3/8/8/8/8/8/8/4K3 w - - 0 1"})
     EXPECT_EQ(codeOf(*boardFrom(fen), true), InsufficientMaterialDraw) << fen;
   // Two knights or two bishops of one side, or a minor piece each, are enough to go on.
-  for (const char* fen : {"3nk3/8/8/8/8/8/8/3NK3 w - - 0 1", "2bbk3/8/8/8/8/8/8/4K3 w - - 0 1",
-                          "4k3/8/8/8/8/8/8/2NNK3 w - - 0 1"})
+  for (const char* fen :
+       {"3nk3/8/8/8/8/8/8/3NK3 w - - 0 1", "2bbk3/8/8/8/8/8/8/4K3 w - - 0 1", "4k3/8/8/8/8/8/8/2NNK3 w - - 0 1"})
     codeOf(*boardFrom(fen), false);
 }
 

@@ -9,17 +9,17 @@ using Texts = std::vector<std::string>;
 
 TEST(MoveGeneration, StartPositionOrderFollowsSlotsAndSteps) {
   auto board = boardFrom(StartFen);
-  EXPECT_EQ(legalMoveTexts(*board), (Texts{"b1a3", "b1c3", "g1f3", "g1h3", "a2a3", "a2a4", "b2b3", "b2b4", "c2c3",
-                                           "c2c4", "d2d3", "d2d4", "e2e3", "e2e4", "f2f3", "f2f4", "g2g3", "g2g4",
-                                           "h2h3", "h2h4"}));
+  EXPECT_EQ(legalMoveTexts(*board),
+            (Texts{"b1a3", "b1c3", "g1f3", "g1h3", "a2a3", "a2a4", "b2b3", "b2b4", "c2c3", "c2c4",
+                   "d2d3", "d2d4", "e2e3", "e2e4", "f2f3", "f2f4", "g2g3", "g2g4", "h2h3", "h2h4"}));
 }
 
 TEST(MoveGeneration, PromotionsListCapturesFirstInQueenKnightRookBishopOrder) {
   auto board = boardFrom("3n1n2/4P3/8/8/8/8/8/K6k w - - 0 1");
   Texts all = legalMoveTexts(*board);
   Texts pawnMoves(all.begin() + 3, all.end());  // the king's three come first, from slot 0
-  EXPECT_EQ(pawnMoves, (Texts{"e7d8q", "e7d8n", "e7d8r", "e7d8b", "e7f8q", "e7f8n", "e7f8r", "e7f8b", "e7e8q",
-                              "e7e8n", "e7e8r", "e7e8b"}));
+  EXPECT_EQ(pawnMoves, (Texts{"e7d8q", "e7d8n", "e7d8r", "e7d8b", "e7f8q", "e7f8n", "e7f8r", "e7f8b", "e7e8q", "e7e8n",
+                              "e7e8r", "e7e8b"}));
   MoveList captures;
   CheckInfo check;
   generateCaptures<White>(*board, computePinInfo<White>(*board, check), captures);
@@ -93,11 +93,11 @@ TEST(Attacks, PseudoLegalityOfStoredMoves) {
 TEST(Attacks, StoredMovesMustFitThePieceThatMakesThem) {
   auto board = boardFrom("4k3/8/8/8/8/2p5/1P6/R3K1NB w - - 0 1");
   const std::pair<Move, bool> cases[] = {
-      {makeNormalMove(sq::a1, sq::a8), true},   {makeNormalMove(sq::a1, sq::h8), false},
-      {makeNormalMove(sq::a1, sq::b8), false},    {makeNormalMove(sq::a1, sq::f1), false},
-      {makeNormalMove(sq::h1, sq::a8), true},   {makeNormalMove(sq::g1, sq::f3), true},
-      {makeNormalMove(sq::g1, sq::g3), false},    {makeNormalMove(sq::b2, sq::c3), true},
-      {makeNormalMove(sq::b2, sq::a3), false},      {makeNormalMove(sq::b2, sq::b4, true), true},
+      {makeNormalMove(sq::a1, sq::a8), true},        {makeNormalMove(sq::a1, sq::h8), false},
+      {makeNormalMove(sq::a1, sq::b8), false},       {makeNormalMove(sq::a1, sq::f1), false},
+      {makeNormalMove(sq::h1, sq::a8), true},        {makeNormalMove(sq::g1, sq::f3), true},
+      {makeNormalMove(sq::g1, sq::g3), false},       {makeNormalMove(sq::b2, sq::c3), true},
+      {makeNormalMove(sq::b2, sq::a3), false},       {makeNormalMove(sq::b2, sq::b4, true), true},
       {makeNormalMove(sq::b2, sq::b3, true), false}, {makeNormalMove(sq::e1, sq::e3), false},
   };
   for (const auto& [move, fits] : cases) EXPECT_EQ(movesLikeItsPiece<White>(*board, move), fits) << moveToText(move);

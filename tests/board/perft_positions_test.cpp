@@ -21,11 +21,14 @@ void PrintTo(const PublishedPerft& p, std::ostream* os) { *os << p.name; }
 
 const PublishedPerft publishedPositions[] = {
     {"RookEndingWithEnPassantPins", "8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", {14, 191, 2812, 43238, 674624}},
-    {"PromotionsAndCastlingRights", "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
+    {"PromotionsAndCastlingRights",
+     "r3k2r/Pppp1ppp/1b3nbN/nP6/BBP1P3/q4N2/Pp1P2PP/R2Q1RK1 w kq - 0 1",
      {6, 264, 9467, 422333}},
-    {"UnderpromotionWithKnightCheck", "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
+    {"UnderpromotionWithKnightCheck",
+     "rnbq1k1r/pp1Pbppp/2p5/8/2B5/8/PPP1NnPP/RNBQK2R w KQ - 1 8",
      {44, 1486, 62379, 2103487}},
-    {"SymmetricMiddleGame", "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
+    {"SymmetricMiddleGame",
+     "r4rk1/1pp1qppp/p1np1n2/2b1p1B1/2B1P1b1/P1NP1N2/1PP1QPPP/R4RK1 w - - 0 10",
      {46, 2079, 89890}},
     {"EnPassantBaresKingOnRank", "3k4/3p4/8/K1P4r/8/8/8/8 b - - 0 1", {0, 0, 0, 0, 0, 1134888}},
     {"EnPassantBaresKingOnDiagonal", "8/8/4k3/8/2p5/8/B2P2K1/8 w - - 0 1", {0, 0, 0, 0, 0, 1015133}},

@@ -47,10 +47,10 @@ TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
 // No mating material on either side, or only on the side that cannot win: a knight ahead of a
 // pawn still scores 0; behind against a pawn that runs, it keeps its negative score.
 TEST_F(EvaluateTest, SideThatCannotWinNeverScoresAboveZero) {
-  for (const char* fen : {"8/8/8/4k3/8/8/8/4K3 w - - 0 1", "8/8/8/4k3/8/8/8/4KN2 w - - 0 1",
-                          "8/8/8/4k3/8/8/8/4KB2 b - - 0 1", "8/8/8/4k3/8/8/8/1N2K1N1 w - - 0 1",
-                          "8/8/8/4k1b1/8/8/8/4KN2 w - - 0 1", "8/p7/8/8/3N4/8/8/4K2k w - - 0 1",
-                          "8/p7/8/8/3N4/8/8/4K2k b - - 0 1"})
+  for (const char* fen :
+       {"8/8/8/4k3/8/8/8/4K3 w - - 0 1", "8/8/8/4k3/8/8/8/4KN2 w - - 0 1", "8/8/8/4k3/8/8/8/4KB2 b - - 0 1",
+        "8/8/8/4k3/8/8/8/1N2K1N1 w - - 0 1", "8/8/8/4k1b1/8/8/8/4KN2 w - - 0 1", "8/p7/8/8/3N4/8/8/4K2k w - - 0 1",
+        "8/p7/8/8/3N4/8/8/4K2k b - - 0 1"})
     EXPECT_EQ(score(fen), 0) << fen;
   EXPECT_LT(score("N7/8/8/8/8/8/p7/4K2k w - - 0 1"), 0);
 }
@@ -96,8 +96,8 @@ TEST_F(EvaluateTest, MirroredTwinsWindowsAndReportAgree) {
     const int full = evaluate(b, pawnHash, -32000, 32000);
     const MaterialInfo m = computeMaterial(b);
     // Without pawns a balance within 190 counts White as the weak side, so that is no mirror.
-    const bool levelPawnless = m.pawns(White) + m.pawns(Black) == 0 &&
-                               std::abs(taper(m.materialMg, m.materialEg, int(m.phase))) <= 190;
+    const bool levelPawnless =
+        m.pawns(White) + m.pawns(Black) == 0 && std::abs(taper(m.materialMg, m.materialEg, int(m.phase))) <= 190;
     setMirror(b, twin);
     if (!levelPawnless) {
       EXPECT_EQ(evaluate(twin, otherHash, -32000, 32000), full);

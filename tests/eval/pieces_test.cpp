@@ -50,8 +50,8 @@ TEST_F(PiecesTest, QueenFileTermOnlyOnOpenFiles) {
 
 TEST_F(PiecesTest, EnemyMenEndRaysAndCount) {
   const TermCase knights[] = {
-      {"7k/8/8/8/8/8/2P5/N6K w - - 0 1", {4, 8}},    // b3 only
-      {"7k/8/8/8/8/8/2p5/N6K w - - 0 1", {8, 16}},   // b3 and the pawn on c2
+      {"7k/8/8/8/8/8/2P5/N6K w - - 0 1", {4, 8}},   // b3 only
+      {"7k/8/8/8/8/8/2p5/N6K w - - 0 1", {8, 16}},  // b3 and the pawn on c2
       {"7k/8/8/8/8/1P6/2P5/N6K w - - 0 1", {-13, -55}},
   };
   for (const TermCase& c : knights) expectWhiteTerm(EvalTerm::Knights, c);

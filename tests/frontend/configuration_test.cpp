@@ -28,10 +28,14 @@ TEST(ConfigurationLine, SkipsOrSplitsIntoKeyAndValue) {
   for (const char* line : {"", "   ", "# ttHashSizeMB=1", "   # ttHashSizeMB=1", "ttHashSizeMB", "  ttHashSizeMB 5"})
     EXPECT_FALSE(parseConfigurationLine(line)) << '"' << line << '"';
   const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"ttHashSizeMB=64", "ttHashSizeMB", "64"}, {"   ttHashSizeMB   =   64", "ttHashSizeMB", "64"},
-      {"gtbPath = \"C:/my tb\"", "gtbPath", "C:/my tb"}, {"bookFilePath = \"abc", "bookFilePath", "\"abc"},
-      {"bookFilePath = \"", "bookFilePath", "\""}, {"bookFilePath = \"\"", "bookFilePath", ""},
-      {"a=b=c", "a", "b=c"}, {"bookFilePath = a.bin # mine", "bookFilePath", "a.bin # mine"},
+      {"ttHashSizeMB=64", "ttHashSizeMB", "64"},
+      {"   ttHashSizeMB   =   64", "ttHashSizeMB", "64"},
+      {"gtbPath = \"C:/my tb\"", "gtbPath", "C:/my tb"},
+      {"bookFilePath = \"abc", "bookFilePath", "\"abc"},
+      {"bookFilePath = \"", "bookFilePath", "\""},
+      {"bookFilePath = \"\"", "bookFilePath", ""},
+      {"a=b=c", "a", "b=c"},
+      {"bookFilePath = a.bin # mine", "bookFilePath", "a.bin # mine"},
       {"key\t= 1", "key\t", "1"},  // a tab is no blank
   };
   for (const auto& [line, key, value] : cases) {

@@ -30,9 +30,15 @@ TEST(ReadLine, StripsTheEndOfEachLineAndSplitsLongOnes) {
     std::size_t size = 1024;
   };
   const Case cases[] = {
-      {"go\n", {"go"}},           {"go\r\n", {"go"}},         {"go  \r\n", {"go"}},
-      {"go\r\r\n", {"go\r"}},      {"go\r \n", {"go\r"}},      {"   \n\n\r\n", {"", "", ""}},
-      {"ping\t1\t\n", {"ping\t1\t"}}, {"  ping 1\n", {"  ping 1"}}, {"new\nquit", {"new", "quit"}},
+      {"go\n", {"go"}},
+      {"go\r\n", {"go"}},
+      {"go  \r\n", {"go"}},
+      {"go\r\r\n", {"go\r"}},
+      {"go\r \n", {"go\r"}},
+      {"   \n\n\r\n", {"", "", ""}},
+      {"ping\t1\t\n", {"ping\t1\t"}},
+      {"  ping 1\n", {"  ping 1"}},
+      {"new\nquit", {"new", "quit"}},
       {"", {}},
       {std::string(1500, 'x') + "\nping 1\n", {std::string(1023, 'x'), std::string(477, 'x'), "ping 1"}},
       // A line that just fills the buffer leaves its line feed behind as an empty line.
@@ -49,9 +55,14 @@ TEST(Split, KeepsEveryPieceIncludingEmptyOnes) {
     Lines pieces;
   };
   const Case cases[] = {
-      {"", ' ', {""}},           {"40 5 0", ' ', {"40", "5", "0"}}, {"40  5", ' ', {"40", "", "5"}},
-      {" a ", ' ', {"", "a", ""}}, {"a\tb", ' ', {"a\tb"}},           {"1:2:3", ':', {"1", "2", "3"}},
-      {":", ':', {"", ""}},      {"Hash=64=x", '=', {"Hash", "64", "x"}},
+      {"", ' ', {""}},
+      {"40 5 0", ' ', {"40", "5", "0"}},
+      {"40  5", ' ', {"40", "", "5"}},
+      {" a ", ' ', {"", "a", ""}},
+      {"a\tb", ' ', {"a\tb"}},
+      {"1:2:3", ':', {"1", "2", "3"}},
+      {":", ':', {"", ""}},
+      {"Hash=64=x", '=', {"Hash", "64", "x"}},
   };
   for (const Case& c : cases) EXPECT_EQ(split(c.text, c.separator), c.pieces) << '"' << c.text << '"';
 }

@@ -9,15 +9,17 @@ namespace {
 // Warnings about the command line come right after the banner; a prompt follows every input
 // line until "xboard".
 TEST(ProtocolStartUp, CommandLineWarningsAndPrompts) {
-  const EngineOutput run =
-      runEngine("ping 1\n\nxboard\nping 2\nping 3\n", {"-cores", "0", "-threads", "-cores"});
+  const EngineOutput run = runEngine("ping 1\n\nxboard\nping 2\nping 3\n", {"-cores", "0", "-threads", "-cores"});
   EXPECT_EQ(run.exitCode, 0);
   const Lines warnings{
       "# warning: found bad argument \"0\" for command line option \"-cores\", must be a positive number",
       "# warning: found unknown command line option \"-threads\"",
       "# warning: missing argument for command line option \"-cores\"",
   };
-  EXPECT_EQ(run.lines, joined({banner(), warnings, newTableLines(), startBoard(),
+  EXPECT_EQ(run.lines, joined({banner(),
+                               warnings,
+                               newTableLines(),
+                               startBoard(),
                                {"# Your move: pong 1", "# Your move: # Your move: ", "pong 2", "pong 3"}}));
 }
 
@@ -33,12 +35,20 @@ TEST(ProtocolDispatch, SilentCommandsStrippedLinesAndQuit) {
 // The input ends without a line feed after the last command, which still counts.
 TEST(ProtocolDispatch, ArgumentCountsAndValuesAreChecked) {
   const Lines expected = joined({
-      {"Error (too many arguments, expected at most 0): quit now"}, refused("quit now"),
-      {"Error (missing arguments, expected at least 3): level 40 5"}, refused("level 40 5"),
-      {"Error (missing arguments, expected at least 3): level"}, refused("level"),
-      {"Error (too many arguments, expected at most 3): level 40  5 0"}, refused("level 40  5 0"),
-      {"Error (missing arguments, expected at least 1): ping"}, refused("ping"),
-      refused("sd -1"), refused("level 40 1:2:3 0"), refused("perft 0"), refused("divide x"),
+      {"Error (too many arguments, expected at most 0): quit now"},
+      refused("quit now"),
+      {"Error (missing arguments, expected at least 3): level 40 5"},
+      refused("level 40 5"),
+      {"Error (missing arguments, expected at least 3): level"},
+      refused("level"),
+      {"Error (too many arguments, expected at most 3): level 40  5 0"},
+      refused("level 40  5 0"),
+      {"Error (missing arguments, expected at least 1): ping"},
+      refused("ping"),
+      refused("sd -1"),
+      refused("level 40 1:2:3 0"),
+      refused("perft 0"),
+      refused("divide x"),
       {"pong 0"},
   });
   EXPECT_EQ(xboardSession("quit now\nlevel 40 5\nlevel\nlevel 40  5 0\nlevel 40 5 0\nping\nsd -1\nlevel 40 1:2:3 0\n"

@@ -18,14 +18,20 @@ TEST(ProtocolGame, UserMovesAndTakeBacks) {
       boardPicture({"rnbqkbnr", "pppp.ppp", "........", "....p...", "....P...", "........", "PPPP.PPP", "RNBQKBNR"});
   const Lines expected = joined({
       refused("undo"),
-      {"Error (illegal argument to 'usermove' command): e2"}, refused("usermove e2"),
-      {"Error (illegal move): e2e4x"}, refused("usermove e2e4x"),
-      {"Error (illegal move): e2e5"}, refused("usermove e2e5"),
-      {"# making user move: e2e4"}, afterE2E4,
+      {"Error (illegal argument to 'usermove' command): e2"},
+      refused("usermove e2"),
+      {"Error (illegal move): e2e4x"},
+      refused("usermove e2e4x"),
+      {"Error (illegal move): e2e5"},
+      refused("usermove e2e5"),
+      {"# making user move: e2e4"},
+      afterE2E4,
       refused("remove"),
       startBoard(),  // undo
-      {"# making user move: e2e4"}, afterE2E4,
-      {"# making user move: e7e5"}, afterE7E5,
+      {"# making user move: e2e4"},
+      afterE2E4,
+      {"# making user move: e7e5"},
+      afterE7E5,
       startBoard(),  // remove
       refused("undo"),
   });
@@ -45,16 +51,26 @@ TEST(ProtocolGame, SetUpPositionsAndNew) {
       boardPicture({"k...Q...", "........", "........", "........", "........", "........", "........", "....K..."});
   const std::string noPosition = "Error (no position since a refused setboard): ";
   const Lines expected = joined({
-      {"# making user move: e2e4"}, afterE2E4,
-      refused(bad), {noPosition + "undo"}, refused("undo"), {noPosition + "go"}, refused("go"),
-      promotionBoard,
-      {"Error (too many arguments, expected at most 6): " + tooLong}, refused(tooLong),
+      {"# making user move: e2e4"},
+      afterE2E4,
+      refused(bad),
+      {noPosition + "undo"},
       refused("undo"),
-      {"Error (illegal move): e7e8"}, refused("usermove e7e8"),
-      {"# making user move: E7E8Q"}, promotedBoard,
+      {noPosition + "go"},
+      refused("go"),
+      promotionBoard,
+      {"Error (too many arguments, expected at most 6): " + tooLong},
+      refused(tooLong),
+      refused("undo"),
+      {"Error (illegal move): e7e8"},
+      refused("usermove e7e8"),
+      {"# making user move: E7E8Q"},
+      promotedBoard,
       promotionBoard,  // undo
       refused("undo"),
-      newTableLines(), startBoard(), refused("undo"),
+      newTableLines(),
+      startBoard(),
+      refused("undo"),
   });
   EXPECT_EQ(xboardSession("force\nusermove e2e4\n" + bad + "\nundo\ngo\nsetboard k7/4P3/8/8/8/8/8/4K3 w - -\n" +
                           tooLong + "\nundo\nusermove e7e8\nusermove E7E8Q\nundo\nundo\nnew\nundo\n"),

@@ -14,12 +14,28 @@ namespace {
 Lines featureList(const std::string& tt, const std::string& pawn, const std::string& gtbCache,
                   const std::string& gtbPath, const std::string& bookPath) {
   Lines list;
-  for (const std::string& feature : std::initializer_list<std::string>
-       {"ping=1", "setboard=1", "playother=1", "usermove=1", "colors=0", "sigint=0", "sigterm=0", "analyze=1", "name=0",
-        "nps=0", "debug=1", "egt=\"gaviota\"", "smp=1", "variants=\"normal\"",
-        "option=\"ttHashSizeMB -spin " + tt + " 1 2048\"", "option=\"pawnHashSizeMB -spin " + pawn + " 1 2048\"",
-        "option=\"gtbCacheSizeMB -spin " + gtbCache + " 0 256\"", "option=\"gtbPath -path " + gtbPath + "\"",
-        "option=\"bookFilePath -path " + bookPath + "\"", "myname=\"Torvy 0.6.51\"", "done=1"})
+  for (const std::string& feature :
+       std::initializer_list<std::string>{"ping=1",
+                                          "setboard=1",
+                                          "playother=1",
+                                          "usermove=1",
+                                          "colors=0",
+                                          "sigint=0",
+                                          "sigterm=0",
+                                          "analyze=1",
+                                          "name=0",
+                                          "nps=0",
+                                          "debug=1",
+                                          "egt=\"gaviota\"",
+                                          "smp=1",
+                                          "variants=\"normal\"",
+                                          "option=\"ttHashSizeMB -spin " + tt + " 1 2048\"",
+                                          "option=\"pawnHashSizeMB -spin " + pawn + " 1 2048\"",
+                                          "option=\"gtbCacheSizeMB -spin " + gtbCache + " 0 256\"",
+                                          "option=\"gtbPath -path " + gtbPath + "\"",
+                                          "option=\"bookFilePath -path " + bookPath + "\"",
+                                          "myname=\"Torvy 0.6.51\"",
+                                          "done=1"})
     list.push_back("feature " + feature);
   return list;
 }
@@ -34,7 +50,9 @@ TEST(ProtocolProtover, AnnouncesTheDefaultsAndThenTheCurrentValues) {
       "protover 2\n"
       "option ttHashSizeMB=100\noption pawnHashSizeMB=2\noption gtbCacheSizeMB=0\n"
       "option gtbPath\negtpath gaviota /nonexistent;/none\n"
-      "option bookFilePath=a=b\noption bookFilePath=" + longPath + "\n"
+      "option bookFilePath=a=b\noption bookFilePath=" +
+      longPath +
+      "\n"
       "protover 2\n");
   const Lines expected = joined({
       defaultFeatures(),
@@ -81,7 +99,8 @@ TEST(ProtocolCores, RefusesNonPositiveCountsAndTheAnnouncementBuildsThePool) {
       refused("cores 0"),
       refused("cores x"),
       {"# will now use " + max + " cores (requested=1000, current=1, max=" + max + ")"},
-      {"Error (missing arguments, expected at least 1): cores"}, refused("cores"),
+      {"Error (missing arguments, expected at least 1): cores"},
+      refused("cores"),
       defaultFeatures(),
       {"# will now use 1 cores (requested=1, current=" + max + ", max=" + max + ")"},
   });
@@ -106,8 +125,9 @@ TEST(ProtocolOption, ResizeDuringASearchRestartsTheSearch) {
 
 // The report needs both kings, but the side not to move may be in check; no search runs there.
 TEST(ProtocolEval, ReportsWhereNoSearchRuns) {
-  const Lines lines = xboardSession("setboard 7k/8/8/8/8/8/1p6/K6Q w - - 0 1\neval\ngo\nanalyze\n"
-                                    "setboard 4k3/8/8/8/8/8/P7/8 w - -\neval\n");
+  const Lines lines = xboardSession(
+      "setboard 7k/8/8/8/8/8/1p6/K6Q w - - 0 1\neval\ngo\nanalyze\n"
+      "setboard 4k3/8/8/8/8/8/P7/8 w - -\neval\n");
   EXPECT_LT(findLine(lines, "Phase =   4          Scaling factor = 1.00          Total evaluation =   1188"),
             lines.size());
   const std::string capturable = "Error (illegal position): the side not to move is in check";

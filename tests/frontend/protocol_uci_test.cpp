@@ -40,18 +40,19 @@ bool legalIn(const std::string& fen, const std::string& moves, const std::string
 }
 
 TEST(ProtocolUci, HandshakeOptionsAndRefusedSettings) {
-  const Lines out = uciSession({{"setoption name Hash value 0\n"
-                                 "setoption name Hash value 3000\n"
-                                 "setoption name Threads value two\n"
-                                 "setoption name Threads value 4097\n"
-                                 "setoption name OwnBook value maybe\n"
-                                 "setoption name Contempt value 10\n"
-                                 "setoption Hash\n"
-                                 "setoption name pawnhash value 8\n"
-                                 "setoption name Clear Hash\n"
-                                 "bench 2\n"
-                                 "quit\n",
-                                 0, "Nodes/second: "}});
+  const Lines out =
+      uciSession({{"setoption name Hash value 0\n"
+                   "setoption name Hash value 3000\n"
+                   "setoption name Threads value two\n"
+                   "setoption name Threads value 4097\n"
+                   "setoption name OwnBook value maybe\n"
+                   "setoption name Contempt value 10\n"
+                   "setoption Hash\n"
+                   "setoption name pawnhash value 8\n"
+                   "setoption name Clear Hash\n"
+                   "bench 2\n"
+                   "quit\n",
+                   0, "Nodes/second: "}});
   const Lines expected{"id name Torvy 0.6.51",
                        "id author the Torvy developers",
                        "option name Hash type spin default 256 min 1 max 2048",
@@ -83,8 +84,8 @@ TEST(ProtocolUci, HandshakeOptionsAndRefusedSettings) {
 // Run one after another: a refused position keeps the one before it, whose move must come.
 struct SearchCase {
   std::string commands;
-  std::string line;      // a line that must come before the move
-  std::string heldFen;   // the position the engine must hold, and its moves
+  std::string line;     // a line that must come before the move
+  std::string heldFen;  // the position the engine must hold, and its moves
   std::string heldMoves;
   std::string bestMove;  // expected exactly, or empty for any legal move
 };

@@ -28,7 +28,11 @@ void requireKeysMatch(const Board_0x88& board) {
 // The fields a make/unmake pair must give back.
 struct Snapshot {
   explicit Snapshot(const Board_0x88& b)
-      : rights(b.castlingRights), ep(b.epSquare), halfmoves(b.halfmoveClock), side(b.sideToMove), key(b.key()),
+      : rights(b.castlingRights),
+        ep(b.epSquare),
+        halfmoves(b.halfmoveClock),
+        side(b.sideToMove),
+        key(b.key()),
         psq{b.psq[White], b.psq[Black]} {
     std::memcpy(pieces, b.pieceOn, sizeof pieces);
     std::memcpy(colors, b.colorOn, sizeof colors);

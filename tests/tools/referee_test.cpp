@@ -17,11 +17,21 @@ namespace {
 
 TEST(RefereeGame, EachMoveIsCheckedAndTheGameEndedOnTheBoard) {
   // The move takes usedMs of a clock of 1000 ms with 100 ms a move; a fault loses, or the game ends after it.
-  struct Case { const char* opening; const char* move; Millis usedMs; std::optional<Ending> fault, end; Color winner; };
+  struct Case {
+    const char* opening;
+    const char* move;
+    Millis usedMs;
+    std::optional<Ending> fault, end;
+    Color winner;
+  };
   const Case cases[] = {
       {"f2f3 e7e5 g2g4", "d8h4", 10, {}, Ending::Mate, Black},
-      {"e2e3 a7a5 d1h5 a8a6 h5a5 h7h5 h2h4 a6h6 a5c7 f7f6 c7d7 e8f7 d7b7 d8d3 b7b8 d3h7 b8c8 f7g6", "c8e6", 10, {},
-       Ending::Stalemate, NoColor},
+      {"e2e3 a7a5 d1h5 a8a6 h5a5 h7h5 h2h4 a6h6 a5c7 f7f6 c7d7 e8f7 d7b7 d8d3 b7b8 d3h7 b8c8 f7g6",
+       "c8e6",
+       10,
+       {},
+       Ending::Stalemate,
+       NoColor},
       // The start position twice is play on, three times a draw.
       {"g1f3 g8f6 f3g1", "f6g8", 10, {}, {}, NoColor},
       {"g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1", "f6g8", 10, {}, Ending::Repetition, NoColor},
@@ -46,8 +56,15 @@ TEST(RefereeGame, EachMoveIsCheckedAndTheGameEndedOnTheBoard) {
 
 TEST(RefereeTally, EachResultAndOverrunCountsForTheEngineThatMadeIt) {
   // Engine A's and B's wins, draws, losses, illegal moves, losses on time and crashes.
-  struct Case { int whiteEngine; Color winner; Ending ending; std::vector<int> a, b; };
-  auto counts = [](const EngineTally& t) { return std::vector{t.wins, t.draws, t.losses, t.illegal, t.timeouts, t.crashes}; };
+  struct Case {
+    int whiteEngine;
+    Color winner;
+    Ending ending;
+    std::vector<int> a, b;
+  };
+  auto counts = [](const EngineTally& t) {
+    return std::vector{t.wins, t.draws, t.losses, t.illegal, t.timeouts, t.crashes};
+  };
   const Case cases[] = {
       {0, White, Ending::Mate, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 0, 0, 0}},
       {1, White, Ending::Mate, {0, 0, 1, 0, 0, 0}, {1, 0, 0, 0, 0, 0}},
@@ -71,10 +88,14 @@ TEST(RefereeTally, EachResultAndOverrunCountsForTheEngineThatMadeIt) {
 
   // A move beyond maxTime plus 5% and 2 centiseconds is an overrun, and a fault as our clock
   // measures it; the engine's own search time is reported, not judged.
-  const struct { Millis usedMs; int maxTimeCs; bool overrun; } moves[] = {
-      {125, 10, false}, {126, 10, true}, {20, 0, false}, {21, 0, true}, {1070, 100, false}, {1073, 100, true}};
+  const struct {
+    Millis usedMs;
+    int maxTimeCs;
+    bool overrun;
+  } moves[] = {{125, 10, false}, {126, 10, true}, {20, 0, false}, {21, 0, true}, {1070, 100, false}, {1073, 100, true}};
   TimeUse use;
-  for (const auto& move : moves) EXPECT_EQ(use.record(move.usedMs, move.maxTimeCs, "here"), move.overrun) << move.usedMs;
+  for (const auto& move : moves)
+    EXPECT_EQ(use.record(move.usedMs, move.maxTimeCs, "here"), move.overrun) << move.usedMs;
   EXPECT_EQ(std::tuple(use.overruns, use.worstExcessMs), std::tuple(3, Millis(3)));
   GameResult result;
   result.searchTime[1] = use;
@@ -88,13 +109,22 @@ TEST(RefereeTally, EachResultAndOverrunCountsForTheEngineThatMadeIt) {
 
 TEST(RefereeReply, TheEnginesLinesAreReadAlikeOverEitherProtocol) {
   // The last line ends the reply.
-  struct Case { bool uci; const char* lines; Reply::Kind kind; std::string text; int maxTimeCs, searchCs; };
+  struct Case {
+    bool uci;
+    const char* lines;
+    Reply::Kind kind;
+    std::string text;
+    int maxTimeCs, searchCs;
+  };
   const Case cases[] = {
-      {false, "# set maxTime = 12|# total nodes = 500, QS nodes = 9 (1%), time = 9, nps = 5|move e2e4", Reply::Kind::Move,
-       "e2e4", 12, 9},
-      {false, "# set maxTime = 12|# out of book: corrected maxTime = 30|move e7e8q", Reply::Kind::Move, "e7e8q", 30, -1},
+      {false, "# set maxTime = 12|# total nodes = 500, QS nodes = 9 (1%), time = 9, nps = 5|move e2e4",
+       Reply::Kind::Move, "e2e4", 12, 9},
+      {false, "# set maxTime = 12|# out of book: corrected maxTime = 30|move e7e8q", Reply::Kind::Move, "e7e8q", 30,
+       -1},
       {false, "Error (unknown command): level", Reply::Kind::Refused, "Error (unknown command): level", 0, -1},
-      {true, "info string set maxTime = 12|info depth 3 pv g1f3|info string total nodes = 5, time = 9|bestmove g1f3 ponder g8f6",
+      {true,
+       "info string set maxTime = 12|info depth 3 pv g1f3|info string total nodes = 5, time = 9|bestmove g1f3 ponder "
+       "g8f6",
        Reply::Kind::Move, "g1f3", 12, 9},
   };
   for (const Case& c : cases) {
@@ -113,15 +143,18 @@ TEST(RefereeReply, TheEnginesLinesAreReadAlikeOverEitherProtocol) {
 TEST(RefereeMatch, StandInEnginesOverEitherProtocolAreJudged) {
   const testing::ScratchFolder folder;
   auto engine = [&](const std::string& name, const std::string& cases) {
-    folder.write(name, "#!/bin/bash\nwhile read -r command argument; do case \"$command\" in\n" + cases + "quit) exit 0 ;;\nesac; done\n");
+    folder.write(name, "#!/bin/bash\nwhile read -r command argument; do case \"$command\" in\n" + cases +
+                           "quit) exit 0 ;;\nesac; done\n");
     chmod(folder.file(name).c_str(), 0755);
     return folder.file(name);
   };
   Options options;
   options.engines[0] = engine("a.sh", "ping) echo \"pong $argument\" ;;\ngo) exec sleep 30 ;;\n");
-  options.engines[1] = engine("b.sh", "uci) echo uciok ;;\nisready) echo readyok ;;\n"
-                                      "position) [ \"$argument\" = \"startpos moves f2f3 e7e5 g2g4\" ] || exit 3 ;;\n"
-                                      "go) echo 'info string set maxTime = 10'; sleep 0.3; printf 'bestmove d8'; sleep 0.05; echo h4 ;;\n");
+  options.engines[1] =
+      engine("b.sh",
+             "uci) echo uciok ;;\nisready) echo readyok ;;\n"
+             "position) [ \"$argument\" = \"startpos moves f2f3 e7e5 g2g4\" ] || exit 3 ;;\n"
+             "go) echo 'info string set maxTime = 10'; sleep 0.3; printf 'bestmove d8'; sleep 0.05; echo h4 ;;\n");
   options.uci[1] = true;
   options.workDir = folder.path();
   options.games = 2;  // at 1 second a game, a second and a fifth for a move that never comes
@@ -132,9 +165,9 @@ TEST(RefereeMatch, StandInEnginesOverEitherProtocolAreJudged) {
   Match match(options, {{"fool", {"f2f3", "e7e5", "g2g4"}}}, out);
   match.run();
   EXPECT_FALSE(match.report(out));
-  for (const char* expected : {"game 1/2 [fool] A-B: 0-1 checkmate, 4 plies",
-                               "game 2/2 [fool] B-A: 1-0 crash (engine A gave no move, killed)",
-                               "games=2 wins=0 draws=0 losses=2 illegal=0 timeouts=0 crashes=1", " overruns=1 "})
+  for (const char* expected :
+       {"game 1/2 [fool] A-B: 0-1 checkmate, 4 plies", "game 2/2 [fool] B-A: 1-0 crash (engine A gave no move, killed)",
+        "games=2 wins=0 draws=0 losses=2 illegal=0 timeouts=0 crashes=1", " overruns=1 "})
     EXPECT_NE(out.str().find(expected), std::string::npos) << expected << " in\n" << out.str();
 }
 
