@@ -77,6 +77,21 @@ bool Searcher::probe(const Node& node, Move& ttMove, int& score) {
   return cutoff;
 }
 
+namespace {
+
+// The limits of the child depths, in the order in which searchMove applies them.
+constexpr int ReductionMinDepth = 3;       // a late quiet move is reduced from this node depth on
+constexpr int CheckExtensionMaxDepth = 6;  // a check in a null window is extended up to this depth
+
+}  // namespace
+
+// Asked before the move is made; a move in check is never reduced.
+template <bool InCheck>
+bool Searcher::isLateMove(Move m, int moveNumber, int depth) const {
+  return !InCheck && moveNumber >= 2 && depth >= ReductionMinDepth && isQuietMove(board, m) &&
+         !isPawnToSeventh(board, m);
+}
+
 int Searcher::store(const Node& node, int score, Move move) {
   storeTT(board, *ttHash, node.bounds.lower, node.bounds.upper, node.alpha, node.beta, node.ply, node.depth, score,
           move);
@@ -99,14 +114,6 @@ bool Searcher::mayPass(int ply) const {
   if (ply >= 2 && board.history[h - 1].move == NoMove && board.history[h - 2].move == NoMove) return false;
   return board.totalCount(Us) - board.pieceCount[Us][Pawn] >= 2;
 }
-
-namespace {
-
-// The limits of the child depths, in the order in which searchMove applies them.
-constexpr int ReductionMinDepth = 3;       // a late quiet move is reduced from this node depth on
-constexpr int CheckExtensionMaxDepth = 6;  // a check in a null window is extended up to this depth
-
-}  // namespace
 
 // One child, its move made, and every rule that sets its depth: a ply less than its parent, a
 // ply less again at first for a late quiet move, a ply more for a check, quiescence at 0.
@@ -149,9 +156,7 @@ int Searcher::searchMoves(MoveSelector& selector, Move first, const Node& node, 
     ++moveNumber;
     CheckInfo check;
     givesCheck<Us>(board, m, check);
-    // Asked before the move is made; a move in check is never reduced.
-    const bool late = !InCheck && moveNumber >= 2 && node.depth >= ReductionMinDepth && isQuietMove(board, m) &&
-                      !isPawnToSeventh(board, m);
+    const bool late = isLateMove<InCheck>(m, moveNumber, node.depth);
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
@@ -380,9 +385,11 @@ int Searcher::quiescence(int alpha, int beta, int ply, PvLine& line) {
 
 template int Searcher::searchMove<White>(const CheckInfo&, int, int, int, int, int, bool, PvLine&);
 template int Searcher::searchMove<Black>(const CheckInfo&, int, int, int, int, int, bool, PvLine&);
-template Searcher::Bounds Searcher::mateDistanceBounds<White, false>(int, int&, int&) const;
-template Searcher::Bounds Searcher::mateDistanceBounds<Black, false>(int, int&, int&) const;
-template Searcher::Bounds Searcher::mateDistanceBounds<White, true>(int, int&, int&) const;
-template Searcher::Bounds Searcher::mateDistanceBounds<Black, true>(int, int&, int&) const;
+template Searcher::Node Searcher::openNode<White, false>(int, int, int, int) const;
+template Searcher::Node Searcher::openNode<Black, false>(int, int, int, int) const;
+template Searcher::Node Searcher::openNode<White, true>(int, int, int, int) const;
+template Searcher::Node Searcher::openNode<Black, true>(int, int, int, int) const;
+template bool Searcher::isLateMove<false>(Move, int, int) const;
+template bool Searcher::isLateMove<true>(Move, int, int) const;
 
 }  // namespace torvy

@@ -174,11 +174,8 @@ int Searcher::searchRoot(int alpha, int beta, int depth, PvLine& line) {
 template <Color Us, bool InCheck>
 int Searcher::searchRootMoves(const CheckInfo& check, int alpha, int beta, int depth, PvLine& line) {
   stats.nodes.add();
-  const Bounds bounds = mateDistanceBounds<Us, InCheck>(0, alpha, beta);
-  if (alpha >= beta) {
-    storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, 0, depth, alpha, NoMove);
-    return alpha;
-  }
+  const Node node = openNode<Us, InCheck>(alpha, beta, 0, depth);
+  if (node.alpha >= node.beta) return store(node, node.alpha, NoMove);
   if (threadIndex == 0) easyMove = false;
 
   MoveSelector selector;
@@ -196,23 +193,22 @@ int Searcher::searchRootMoves(const CheckInfo& check, int alpha, int beta, int d
     if (line.count > 0 && sameMove(m, line.moves[0])) child.setToRestOf(line);
     CheckInfo childCheck;
     givesCheck<Us>(board, m, childCheck);
-    const bool late = !InCheck && moveNumber >= 2 && depth > 2 && isQuietMove(board, m) && !isPawnToSeventh(board, m);
+    const bool late = isLateMove<InCheck>(m, moveNumber, depth);
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
-    const int v = searchMove<Us>(childCheck, std::max(alpha, best), beta, 1, depth, moveNumber, late, child);
+    const int v = searchMove<Us>(childCheck, std::max(node.alpha, best), node.beta, 1, depth, moveNumber, late, child);
     board.unmakeMove<Us>(m, undo);
     if (stopped()) break;
-    if (v >= beta) {
+    if (v >= node.beta) {
       stats.cutoffs.add();
       if (moveNumber == 1) stats.cutoffsOn1stMove.add();
       updateKillers(board, m);
-      storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, 0, depth, v, m);
-      return v;
+      return store(node, v, m);
     }
     if (v > best) {
       best = v;
-      if (v > alpha) {
+      if (v > node.alpha) {
         line.setFrom(m, child);
         if (threadIndex == 0) player->printAnalysisLine(unsigned(depth), v, line);
       }
@@ -224,8 +220,7 @@ int Searcher::searchRootMoves(const CheckInfo& check, int alpha, int beta, int d
     if (!InCheck && moveNumber == 2 && depth >= 6) lastMovesTime = clock->elapsed() - clock->searchStart - startTime;
   }
   if (threadIndex == 0 && moveNumber >= 2 && !stopped() && best > second + EasyMoveMargin) easyMove = true;
-  storeTT(board, *ttHash, bounds.lower, bounds.upper, alpha, beta, 0, depth, best, line.first());
-  return best;
+  return store(node, best, line.first());
 }
 
 }  // namespace torvy

@@ -107,6 +107,9 @@ class Searcher {
   Node openNode(int alpha, int beta, int ply, int depth) const;
   bool probe(const Node& node, Move& ttMove, int& score);
   int store(const Node& node, int score, Move move);  // gives back the score, for the node to return
+  // Whether a move of the loop is searched one ply shallower first.
+  template <bool InCheck>
+  bool isLateMove(Move m, int moveNumber, int depth) const;
   template <Color Us>
   bool probeTablebase(int depth, int& value) const;
   template <Color Us>
