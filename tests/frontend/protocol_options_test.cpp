@@ -5,37 +5,24 @@
 #include <thread>
 #include <utility>
 
+#include "frontend/line_reader.h"
 #include "frontend/transcript.h"
 #include "search/chess_player.h"
 
 namespace torvy::testing {
 namespace {
 
+// The features in the order they are sent, one to a line.
 Lines featureList(const std::string& tt, const std::string& pawn, const std::string& gtbCache,
                   const std::string& gtbPath, const std::string& bookPath) {
   Lines list;
   for (const std::string& feature :
-       std::initializer_list<std::string>{"ping=1",
-                                          "setboard=1",
-                                          "playother=1",
-                                          "usermove=1",
-                                          "colors=0",
-                                          "sigint=0",
-                                          "sigterm=0",
-                                          "analyze=1",
-                                          "name=0",
-                                          "nps=0",
-                                          "debug=1",
-                                          "egt=\"gaviota\"",
-                                          "smp=1",
-                                          "variants=\"normal\"",
-                                          "option=\"ttHashSizeMB -spin " + tt + " 1 2048\"",
-                                          "option=\"pawnHashSizeMB -spin " + pawn + " 1 2048\"",
-                                          "option=\"gtbCacheSizeMB -spin " + gtbCache + " 0 256\"",
-                                          "option=\"gtbPath -path " + gtbPath + "\"",
-                                          "option=\"bookFilePath -path " + bookPath + "\"",
-                                          "myname=\"Torvy 0.6.51\"",
-                                          "done=1"})
+       split("ping=1|setboard=1|playother=1|usermove=1|colors=0|sigint=0|sigterm=0|analyze=1|name=0|nps=0|debug=1|"
+             "egt=\"gaviota\"|smp=1|variants=\"normal\"|option=\"ttHashSizeMB -spin " +
+                 tt + " 1 2048\"|option=\"pawnHashSizeMB -spin " + pawn + " 1 2048\"|option=\"gtbCacheSizeMB -spin " +
+                 gtbCache + " 0 256\"|option=\"gtbPath -path " + gtbPath + "\"|option=\"bookFilePath -path " +
+                 bookPath + "\"|myname=\"Torvy 0.6.51\"|done=1",
+             '|'))
     list.push_back("feature " + feature);
   return list;
 }

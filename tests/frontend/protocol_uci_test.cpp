@@ -12,17 +12,10 @@
 namespace torvy::testing {
 namespace {
 
-// What follows the xboard start-up lines and the prompt that "uci" ends.
-Lines uciSession(const std::vector<ScriptStep>& steps, EngineOutput* whole = nullptr) {
-  std::vector<ScriptStep> script{{"uci\n", 0, "uciok"}};
-  script.insert(script.end(), steps.begin(), steps.end());
-  const EngineOutput run = runEngineScripted(script);
-  EXPECT_FALSE(run.timedOut);
-  EXPECT_EQ(run.exitCode, 0);
-  if (whole != nullptr) *whole = run;
-  const std::size_t prompt = findLine(run.lines, "# Your move: ");
-  EXPECT_LT(prompt, run.lines.size());
-  return prompt < run.lines.size() ? Lines(run.lines.begin() + std::ptrdiff_t(prompt) + 1, run.lines.end()) : Lines{};
+// The handshake, the steps and everything they are answered with.
+Lines uciSession(std::vector<ScriptStep> steps) {
+  steps.insert(steps.begin(), {"uci\n", 0, "uciok"});
+  return session(steps);
 }
 
 bool legalIn(const std::string& fen, const std::string& moves, const std::string& move) {
@@ -142,15 +135,13 @@ TEST(ProtocolUci, SearchesAndRefusedPositions) {
 // "isready" is answered beside an unlimited search, whose move waits for "stop"; "quit" ends a
 // search at once, after its move.
 TEST(ProtocolUci, StopAndQuitDuringASearch) {
-  EngineOutput run;
   const Lines out = uciSession({{"position startpos moves d2d4\ngo infinite\n", 300},
                                 {"isready\n", 0, "readyok"},
                                 {"stop\n", 0, "bestmove "},
                                 {"go ponder\n", 300},
                                 {"ponderhit\n", 0, "bestmove "},
                                 {"go\n", 300},
-                                {"quit\n", 0}},
-                               &run);
+                                {"quit\n", 0}});
   const std::size_t ready = findLine(out, "readyok");
   ASSERT_LT(ready, out.size());
   EXPECT_LT(findLine(out, "info depth "), ready);

@@ -52,10 +52,10 @@ inline std::size_t findLine(const Lines& lines, const std::string& prefix, std::
   return lines.size();
 }
 
-// Runs the commands behind "xboard", so no prompt follows, and returns what came after the
-// start-up lines and the one prompt that "xboard" answers with an empty line.
-inline Lines xboardSession(const std::string& commands) {
-  const EngineOutput run = runEngine("xboard\n" + commands);
+// Runs the steps, the first of which names the protocol, and returns what came after the
+// start-up lines and the one prompt that the protocol's name is answered with.
+inline Lines session(const std::vector<ScriptStep>& steps) {
+  const EngineOutput run = runEngineScripted(steps);
   EXPECT_FALSE(run.timedOut);
   EXPECT_EQ(run.exitCode, 0);
   const Lines startup = joined({banner(), newTableLines(), startBoard(), {"# Your move: "}});
@@ -65,5 +65,8 @@ inline Lines xboardSession(const std::string& commands) {
   }
   return Lines(run.lines.begin() + std::ptrdiff_t(startup.size()), run.lines.end());
 }
+
+// After "xboard" no prompt follows.
+inline Lines xboardSession(const std::string& commands) { return session({{"xboard\n" + commands}}); }
 
 }  // namespace torvy::testing

@@ -35,7 +35,6 @@ struct SearchResult {
   Move best = NoMove;
   Move ponder = NoMove;
   std::string output;
-  std::uint64_t nodes = 0;
   std::vector<std::string> analysis;
 };
 
@@ -60,7 +59,6 @@ class SearchTest : public ::testing::Test {
     SearchResult result;
     searcher->runSearch(*game, result.best, result.ponder);
     result.output = std::exchange(player.notes, "");
-    result.nodes = searcher->stats.nodes.get();
     result.analysis = player.lines;
     player.lines.clear();
     return result;

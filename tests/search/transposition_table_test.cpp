@@ -91,5 +91,40 @@ TEST_F(TranspositionTableTest, ReplacementPrefersOwnKeyThenFreeThenShallowAndOld
   EXPECT_EQ(cluster[2].key.load(), key) << "of equal depths the later root goes first";
 }
 
+void fill(TranspositionTable& table) {
+  for (std::uint32_t i = 0; i < table.entryCount; ++i) table.at(i).key.store(i + 1);
+}
+
+bool allEmpty(TranspositionTable& table) {
+  for (std::uint32_t i = 0; i < table.entryCount; ++i)
+    if (!table.at(i).isEmpty()) return false;
+  return true;
+}
+
+// A table made again keeps nothing of the one before, whether its memory is reused (same size)
+// or not, and whether the old one was released first (as "new" does) or not (as "hash" does).
+TEST(TranspositionTableMemory, ATableMadeAgainIsEmpty) {
+  std::ostringstream sink;
+  TranspositionTable table;
+  table.resize(1, "TT hash", sink);
+  fill(table);
+  table.release();
+  EXPECT_FALSE(table.exists());
+  table.resize(1, "TT hash", sink);
+  EXPECT_EQ(table.entryCount, 65536u);
+  EXPECT_TRUE(allEmpty(table));
+
+  fill(table);
+  table.resize(1, "TT hash", sink);
+  EXPECT_TRUE(allEmpty(table));
+
+  fill(table);
+  table.release();
+  table.resize(2, "TT hash", sink);
+  EXPECT_EQ(table.entryCount, 131072u);
+  EXPECT_EQ(table.indexMask, 131072u / 4 - 1);
+  EXPECT_TRUE(allEmpty(table));
+}
+
 }  // namespace
 }  // namespace torvy
