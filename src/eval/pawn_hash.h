@@ -27,8 +27,13 @@ struct PawnHashEntry {
   std::atomic<std::uint64_t> packedScores{0};  // structure pair, openFiles, halfOpenFiles
 
   bool isEmpty() const { return key.load(std::memory_order_relaxed) == 0; }
+  // Four plain stores: a loop over the words was not unrolled, and clearing the table between
+  // positions cost ten times as much.
   void clear() {
-    for (auto* word : {&key, &whitePawns, &blackPawns, &packedScores}) word->store(0, std::memory_order_relaxed);
+    key.store(0, std::memory_order_relaxed);
+    whitePawns.store(0, std::memory_order_relaxed);
+    blackPawns.store(0, std::memory_order_relaxed);
+    packedScores.store(0, std::memory_order_relaxed);
   }
 
   bool load(Key pawnKey, PawnHashData& data) const {
