@@ -101,9 +101,12 @@ inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 f
 
 template <Color Us, bool CapturesOnly>
 inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList& list) {
+  // pieceNeedsLegalityTest folded into one mask read per piece; the king's case sets it below.
+  const std::uint64_t testedSquares =
+      pins.check.checkers != 0 ? ~std::uint64_t(0) : pins.straightPinned | pins.diagonalPinned;
   for (Square88 from : board.pieceList[Us]) {
     if (!onBoard(from)) continue;
-    const bool tested = pieceNeedsLegalityTest(board, from, pins);
+    const bool tested = ((testedSquares >> toSquare64(from)) & 1) != 0;
     switch (board.pieceOn[from]) {
       case Pawn: addPawnMoves<Us, CapturesOnly>(board, tested, list, from); break;
       case Knight: addSteps<Us, CapturesOnly>(board, tested, list, from, knightDeltas); break;
@@ -113,7 +116,7 @@ inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList&
         addSlides<Us, CapturesOnly>(board, tested, list, from, rookDeltas);
         addSlides<Us, CapturesOnly>(board, tested, list, from, bishopDeltas);
         break;
-      case King: addSteps<Us, CapturesOnly>(board, tested, list, from, kingDeltas); break;
+      case King: addSteps<Us, CapturesOnly>(board, true, list, from, kingDeltas); break;
       default: break;
     }
   }
