@@ -190,13 +190,16 @@ inline bool findCheck(const Board_0x88& board, CheckInfo& info) {
   return isKingAttacked<Us>(board, info);
 }
 
+// rays: the rays from the king with an enemy slider along them (detail::sliderRays); only
+// these can hold a pin, so only these are walked.
 template <Color Us>
-inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass) {
+inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass, std::uint16_t rays) {
   constexpr Color Them = opposite(Us);
   const Square88 k = board.kingSquare(Us);
   std::uint64_t pinned = 0;
   if (k == NoSquare) return pinned;
   for (int d : deltas) {
+    if (!(rays & lineBitsByDifference[d + LineDifferenceOffset])) continue;
     int p = detail::firstOccupied(board, k, d);
     if (!onBoard(p) || board.colorOn[p] != Us) continue;
     int t = detail::firstOccupied(board, p, d);
@@ -207,18 +210,26 @@ inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], 
 }
 
 template <Color Us>
+inline std::uint16_t raysToKing(const Board_0x88& board) {
+  const Square88 k = board.kingSquare(Us);
+  return k == NoSquare ? 0 : detail::sliderRays<opposite(Us)>(board, k);
+}
+
+template <Color Us>
 inline std::uint64_t straightPins(const Board_0x88& board) {
-  return pinsAlong<Us>(board, rookDeltas, StraightSlider);
+  return pinsAlong<Us>(board, rookDeltas, StraightSlider, raysToKing<Us>(board));
 }
 
 template <Color Us>
 inline std::uint64_t diagonalPins(const Board_0x88& board) {
-  return pinsAlong<Us>(board, bishopDeltas, DiagonalSlider);
+  return pinsAlong<Us>(board, bishopDeltas, DiagonalSlider, raysToKing<Us>(board));
 }
 
 template <Color Us>
 inline PinInfo computePinInfo(const Board_0x88& board, const CheckInfo& check) {
-  return PinInfo{straightPins<Us>(board), diagonalPins<Us>(board), check};
+  const std::uint16_t rays = raysToKing<Us>(board);
+  return PinInfo{pinsAlong<Us>(board, rookDeltas, StraightSlider, rays),
+                 pinsAlong<Us>(board, bishopDeltas, DiagonalSlider, rays), check};
 }
 
 namespace detail {
