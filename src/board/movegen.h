@@ -96,8 +96,8 @@ template <Color Us, bool CapturesOnly>
 inline void addSteps(Board_0x88& board, bool tested, MoveSink& list, Square88 from, const int (&deltas)[8]) {
   for (int d : deltas) {
     const int to = from + d;
-    if (!onBoard(to) || board.colorOn[to] == Us) continue;
-    if (CapturesOnly && board.colorOn[to] == NoColor) continue;
+    // A capture needs an enemy there: one colour test instead of two.
+    if (CapturesOnly ? !holdsEnemy<Us>(board, to) : !onBoard(to) || board.colorOn[to] == Us) continue;
     tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
