@@ -105,6 +105,42 @@ inline int firstOccupied(const Board_0x88& board, int s, int d) {
 
 }  // namespace detail
 
+namespace detail {
+
+// The rays from s (bits of lineBits) on which a slider of By stands that moves along them. A
+// ray without one can't end in an attacker, so isAttacked skips its walk. Slots 1 to 5 hold the
+// queen, the rooks and the bishops and nothing else; the shared slots are read only when By has
+// more sliders than those (after a promotion).
+template <Color By>
+inline std::uint16_t sliderRays(const Board_0x88& board, Square88 s) {
+  const Square88* list = board.pieceList[By];
+  const std::uint8_t* count = board.pieceCount[By];
+  std::uint16_t rays = lineBits(s, list[1]) & (StraightRayBits | DiagonalRayBits);
+  rays |= (lineBits(s, list[2]) | lineBits(s, list[3])) & StraightRayBits;
+  rays |= (lineBits(s, list[4]) | lineBits(s, list[5])) & DiagonalRayBits;
+  int inOwnSlots = 0;
+  for (int slot = 1; slot <= 5; ++slot) inOwnSlots += onBoard(list[slot]) ? 1 : 0;
+  if (count[Queen] + count[Rook] + count[Bishop] > inOwnSlots) {
+    for (int slot = 8; slot < 16; ++slot) {
+      const Square88 p = list[slot];
+      if (!onBoard(p)) continue;
+      const PieceType t = board.pieceOn[p];
+      const std::uint16_t along = t == Queen    ? StraightRayBits | DiagonalRayBits
+                                  : t == Rook   ? StraightRayBits
+                                  : t == Bishop ? DiagonalRayBits
+                                                : 0;
+      rays |= lineBits(s, p) & along;
+    }
+  }
+  return rays;
+}
+
+// The walks below go against the table's deltas (-d), whose rays in rayDeltas are these.
+constexpr std::uint16_t rookWalkRays[4] = {1 << 4, 1 << 6, 1 << 8, 1 << 2};
+constexpr std::uint16_t bishopWalkRays[4] = {1 << 5, 1 << 7, 1 << 1, 1 << 3};
+
+}  // namespace detail
+
 template <Color By>
 inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
   auto found = [&](int attacker) {
@@ -117,28 +153,26 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
   for (int d : pawnCaptureDeltas[By])
     if (detail::holds(board, s - d, By, Pawn)) return found(s - d);
   // The king is looked for step by step only when it stands next to s at all.
-  const Square88 king = board.kingSquare(By);
-  const bool kingNear =
-      king != NoSquare && std::abs(fileOf(king) - fileOf(s)) <= 1 && std::abs(rankOf(king) - rankOf(s)) <= 1;
+  const bool kingNear = (lineBits(s, board.kingSquare(By)) & NearBit) != 0;
   if (kingNear || count[Knight] != 0) {
     for (int i = 0; i < 8; ++i) {
       if (detail::holds(board, s - knightDeltas[i], By, Knight)) return found(s - knightDeltas[i]);
       if (kingNear && detail::holds(board, s - kingDeltas[i], By, King)) return found(s - kingDeltas[i]);
     }
   }
-  if (count[Rook] + count[Queen] != 0) {
-    for (int d : rookDeltas) {
-      int t = detail::firstOccupied(board, s, -d);
-      if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
-        return found(t);
-    }
+  const std::uint16_t rays = detail::sliderRays<By>(board, s);
+  if (rays == 0) return false;
+  for (int i = 0; i < 4; ++i) {
+    if (!(rays & detail::rookWalkRays[i])) continue;
+    int t = detail::firstOccupied(board, s, -rookDeltas[i]);
+    if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
+      return found(t);
   }
-  if (count[Bishop] + count[Queen] != 0) {
-    for (int d : bishopDeltas) {
-      int t = detail::firstOccupied(board, s, -d);
-      if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
-        return found(t);
-    }
+  for (int i = 0; i < 4; ++i) {
+    if (!(rays & detail::bishopWalkRays[i])) continue;
+    int t = detail::firstOccupied(board, s, -bishopDeltas[i]);
+    if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
+      return found(t);
   }
   return false;
 }
@@ -156,13 +190,16 @@ inline bool findCheck(const Board_0x88& board, CheckInfo& info) {
   return isKingAttacked<Us>(board, info);
 }
 
+// rays: the rays from the king with an enemy slider along them (detail::sliderRays); only
+// these can hold a pin, so only these are walked.
 template <Color Us>
-inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass) {
+inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass, std::uint16_t rays) {
   constexpr Color Them = opposite(Us);
   const Square88 k = board.kingSquare(Us);
   std::uint64_t pinned = 0;
   if (k == NoSquare) return pinned;
   for (int d : deltas) {
+    if (!(rays & lineBitsByDifference[d + LineDifferenceOffset])) continue;
     int p = detail::firstOccupied(board, k, d);
     if (!onBoard(p) || board.colorOn[p] != Us) continue;
     int t = detail::firstOccupied(board, p, d);
@@ -173,18 +210,26 @@ inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], 
 }
 
 template <Color Us>
+inline std::uint16_t raysToKing(const Board_0x88& board) {
+  const Square88 k = board.kingSquare(Us);
+  return k == NoSquare ? 0 : detail::sliderRays<opposite(Us)>(board, k);
+}
+
+template <Color Us>
 inline std::uint64_t straightPins(const Board_0x88& board) {
-  return pinsAlong<Us>(board, rookDeltas, StraightSlider);
+  return pinsAlong<Us>(board, rookDeltas, StraightSlider, raysToKing<Us>(board));
 }
 
 template <Color Us>
 inline std::uint64_t diagonalPins(const Board_0x88& board) {
-  return pinsAlong<Us>(board, bishopDeltas, DiagonalSlider);
+  return pinsAlong<Us>(board, bishopDeltas, DiagonalSlider, raysToKing<Us>(board));
 }
 
 template <Color Us>
 inline PinInfo computePinInfo(const Board_0x88& board, const CheckInfo& check) {
-  return PinInfo{straightPins<Us>(board), diagonalPins<Us>(board), check};
+  const std::uint16_t rays = raysToKing<Us>(board);
+  return PinInfo{pinsAlong<Us>(board, rookDeltas, StraightSlider, rays),
+                 pinsAlong<Us>(board, bishopDeltas, DiagonalSlider, rays), check};
 }
 
 namespace detail {

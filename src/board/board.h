@@ -103,9 +103,11 @@ class Board_0x88 : public Board_Common {
   void toggleKey(Key k);
   template <Keep K>
   void place(Square88 s, PieceType t, Color c, std::uint8_t slot);
-  template <Keep K>
+  // C: the colour of the piece, which the caller knows; make and unmake only ever move their
+  // own side's pieces and take the other side's.
+  template <Keep K, Color C>
   void remove(Square88 s);
-  template <Keep K>
+  template <Keep K, Color C>
   void move(Square88 from, Square88 to);
 };
 

@@ -64,10 +64,11 @@ inline void Board_0x88::place(Square88 s, PieceType t, Color c, std::uint8_t slo
     if (t == Pawn) history[historyIndex].pawnKey ^= pieceKey(c, t, s);
 }
 
-template <Board_0x88::Keep K>
+// The colour as a constant lets the lists, sums and keys of that side be addressed directly.
+template <Board_0x88::Keep K, Color C>
 inline void Board_0x88::remove(Square88 s) {
   PieceType t = pieceOn[s];
-  Color c = colorOn[s];
+  constexpr Color c = C;
   pieceList[c][slotOn[s]] = NoSquare;
   --pieceCount[c][t];
   --pieceCount[c][TotalCountIndex];
@@ -80,10 +81,10 @@ inline void Board_0x88::remove(Square88 s) {
     if (t == Pawn) history[historyIndex].pawnKey ^= pieceKey(c, t, s);
 }
 
-template <Board_0x88::Keep K>
+template <Board_0x88::Keep K, Color C>
 inline void Board_0x88::move(Square88 from, Square88 to) {
   PieceType t = pieceOn[from];
-  Color c = colorOn[from];
+  constexpr Color c = C;
   std::uint8_t slot = slotOn[from];
   pieceOn[to] = t;
   colorOn[to] = c;
@@ -133,16 +134,16 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
     case EnPassantMove: {
       const Square88 victim = Square88(to - pawnForward[Us]);
       undo.captured = std::uint8_t(Pawn << 4 | slotOn[victim]);
-      remove<K>(victim);
-      move<K>(from, to);
+      remove<K, Them>(victim);
+      move<K, Us>(from, to);
       if constexpr (KeepsClock) halfmoveClock = 0;
       break;
     }
     case PromotionMove: {
       const PieceType promoted = promotionPiece(m);
       undo.captured = pieceOn[to] == NoPiece ? 0 : std::uint8_t(pieceOn[to] << 4 | slotOn[to]);
-      if (pieceOn[to] != NoPiece) remove<K>(to);
-      move<K>(from, to);
+      if (pieceOn[to] != NoPiece) remove<K, Them>(to);
+      move<K, Us>(from, to);
       toggleKey<K>(pieceKey(Us, Pawn, to) ^ pieceKey(Us, promoted, to));
       if constexpr (K == Keep::Everything) {
         history[historyIndex].pawnKey ^= pieceKey(Us, Pawn, to);
@@ -159,8 +160,8 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
     case CastlingMove: {
       const detail::CastlingSquares& c = detail::castlingSquares[moveDetail(m)];
       undo.captured = 0;
-      move<K>(c.kingFrom, c.kingTo);
-      move<K>(c.rookFrom, c.rookTo);
+      move<K, Us>(c.kingFrom, c.kingTo);
+      move<K, Us>(c.rookFrom, c.rookTo);
       if constexpr (KeepsClock) ++halfmoveClock;
       newRights &=
           Us == White ? CastlingRights(BlackKingSide | BlackQueenSide) : CastlingRights(WhiteKingSide | WhiteQueenSide);
@@ -173,10 +174,10 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
         if constexpr (KeepsClock) halfmoveClock = mover == Pawn ? 0 : halfmoveClock + 1;
       } else {
         undo.captured = std::uint8_t(pieceOn[to] << 4 | slotOn[to]);
-        remove<K>(to);
+        remove<K, Them>(to);
         if constexpr (KeepsClock) halfmoveClock = 0;
       }
-      move<K>(from, to);
+      move<K, Us>(from, to);
       if constexpr (KeepsRights) {
         if (moveDetail(m) == 1) {
           const bool leftHasPawn = fileOf(to) != 0 && pieceOn[to - 1] == Pawn && colorOn[to - 1] == Them;
@@ -213,12 +214,12 @@ inline void Board_0x88::doUnmake(Move m, const UndoRecord& undo) {
   switch (moveKind(m)) {
     case CastlingMove: {
       const detail::CastlingSquares& c = detail::castlingSquares[moveDetail(m)];
-      move<K>(c.kingTo, c.kingFrom);
-      move<K>(c.rookTo, c.rookFrom);
+      move<K, Us>(c.kingTo, c.kingFrom);
+      move<K, Us>(c.rookTo, c.rookFrom);
       break;
     }
     case EnPassantMove:
-      move<K>(to, from);
+      move<K, Us>(to, from);
       place<K>(Square88(to - pawnForward[Us]), Pawn, Them, undo.captured & 15);
       break;
     default:
@@ -232,7 +233,7 @@ inline void Board_0x88::doUnmake(Move m, const UndoRecord& undo) {
         ++pieceCount[Us][Pawn];
         pieceOn[to] = Pawn;
       }
-      move<K>(to, from);
+      move<K, Us>(to, from);
       if (undo.captured > 15) place<K>(to, PieceType(undo.captured >> 4), Them, undo.captured & 15);
       break;
   }

@@ -2,6 +2,8 @@
 // Every move passes the pin shortcut or a test make on its way into the list.
 #pragma once
 
+#include <cstddef>
+
 #include "board/attacks.h"
 
 namespace torvy {
@@ -35,9 +37,21 @@ void generateLegalMoves(Board_0x88& board, MoveList& list);
 
 namespace detail {
 
+// Where generation appends, the list's entries with a count of its own: a count of another
+// type than the entries' words can't be overwritten by their stores, so it stays in a register
+// instead of being reloaded for every move. Full, it drops further moves as the list does.
+struct MoveSink {
+  MoveEntry* entries;
+  std::size_t count;
+
+  void addMove(Move m) {
+    if (count < MoveList::Capacity) entries[count++].word = m;
+  }
+};
+
 // tested: the piece's moves need the test make (pieceNeedsLegalityTest).
 template <Color Us>
-inline void tryAdd(Board_0x88& board, bool tested, MoveList& list, Move m) {
+inline void tryAdd(Board_0x88& board, bool tested, MoveSink& list, Move m) {
   if (!tested || isLegal<Us>(board, m)) list.addMove(m);
 }
 
@@ -50,7 +64,7 @@ inline bool holdsEnemy(const Board_0x88& board, int s) {
 constexpr PieceType promotionOrder[4] = {Queen, Knight, Rook, Bishop};
 
 template <Color Us, bool CapturesOnly>
-inline void addPromotions(Board_0x88& board, bool tested, MoveList& list, Square88 from) {
+inline void addPromotions(Board_0x88& board, bool tested, MoveSink& list, Square88 from) {
   auto addAll = [&](int to) {
     if constexpr (CapturesOnly) {
       tryAdd<Us>(board, tested, list, makePromotion(from, Square88(to), Queen));
@@ -64,7 +78,7 @@ inline void addPromotions(Board_0x88& board, bool tested, MoveList& list, Square
 }
 
 template <Color Us, bool CapturesOnly>
-inline void addPawnMoves(Board_0x88& board, bool tested, MoveList& list, Square88 from) {
+inline void addPawnMoves(Board_0x88& board, bool tested, MoveSink& list, Square88 from) {
   if (relativeRank(Us, from) == 6) return addPromotions<Us, CapturesOnly>(board, tested, list, from);
   for (int d : pawnCaptureDeltas[Us])
     if (holdsEnemy<Us>(board, from + d)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(from + d)));
@@ -79,17 +93,17 @@ inline void addPawnMoves(Board_0x88& board, bool tested, MoveList& list, Square8
 }
 
 template <Color Us, bool CapturesOnly>
-inline void addSteps(Board_0x88& board, bool tested, MoveList& list, Square88 from, const int (&deltas)[8]) {
+inline void addSteps(Board_0x88& board, bool tested, MoveSink& list, Square88 from, const int (&deltas)[8]) {
   for (int d : deltas) {
     const int to = from + d;
-    if (!onBoard(to) || board.colorOn[to] == Us) continue;
-    if (CapturesOnly && board.colorOn[to] == NoColor) continue;
+    // A capture needs an enemy there: one colour test instead of two.
+    if (CapturesOnly ? !holdsEnemy<Us>(board, to) : !onBoard(to) || board.colorOn[to] == Us) continue;
     tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
   }
 }
 
 template <Color Us, bool CapturesOnly>
-inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 from, const int (&deltas)[4]) {
+inline void addSlides(Board_0x88& board, bool tested, MoveSink& list, Square88 from, const int (&deltas)[4]) {
   for (int d : deltas) {
     int to = from + d;
     for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
@@ -100,10 +114,14 @@ inline void addSlides(Board_0x88& board, bool tested, MoveList& list, Square88 f
 }
 
 template <Color Us, bool CapturesOnly>
-inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList& list) {
+inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList& moves) {
+  MoveSink list{moves.entries, moves.count};
+  // pieceNeedsLegalityTest folded into one mask read per piece; the king's case sets it below.
+  const std::uint64_t testedSquares =
+      pins.check.checkers != 0 ? ~std::uint64_t(0) : pins.straightPinned | pins.diagonalPinned;
   for (Square88 from : board.pieceList[Us]) {
     if (!onBoard(from)) continue;
-    const bool tested = pieceNeedsLegalityTest(board, from, pins);
+    const bool tested = ((testedSquares >> toSquare64(from)) & 1) != 0;
     switch (board.pieceOn[from]) {
       case Pawn: addPawnMoves<Us, CapturesOnly>(board, tested, list, from); break;
       case Knight: addSteps<Us, CapturesOnly>(board, tested, list, from, knightDeltas); break;
@@ -113,10 +131,11 @@ inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList&
         addSlides<Us, CapturesOnly>(board, tested, list, from, rookDeltas);
         addSlides<Us, CapturesOnly>(board, tested, list, from, bishopDeltas);
         break;
-      case King: addSteps<Us, CapturesOnly>(board, tested, list, from, kingDeltas); break;
+      case King: addSteps<Us, CapturesOnly>(board, true, list, from, kingDeltas); break;
       default: break;
     }
   }
+  moves.count = std::uint32_t(list.count);
 }
 
 }  // namespace detail

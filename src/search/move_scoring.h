@@ -22,17 +22,28 @@ inline int captureOrderBase(const Board_0x88& board, Move m) {
   return (promoted + orderValue[board.pieceOn[toSquare(m)]] * 8) * 8 - attacker;
 }
 
-inline bool isKiller(const Board_0x88& board, Move m) {
-  const std::uint32_t h = board.historyIndex;
-  const HistoryRecord& here = board.history[h];
-  if (sameMove(m, here.killer1) || sameMove(m, here.killer2)) return true;
-  if (h > HistorySize - 3) return false;
-  const HistoryRecord& next = board.history[h + 2];  // this side's next node
-  return sameMove(m, next.killer1) || sameMove(m, next.killer2);
-}
+// The killers of this node and of this side's next node, read once per list: as far as the
+// compiler knows the list's stores could overwrite the history index, so per move they were
+// read again each time.
+struct KillerSet {
+  Move moves[4];
+
+  explicit KillerSet(const Board_0x88& board) {
+    const std::uint32_t h = board.historyIndex;
+    moves[0] = board.history[h].killer1;
+    moves[1] = board.history[h].killer2;
+    // Near the end of the history the next node's killers aren't asked; repeats change nothing.
+    const HistoryRecord& next = h > HistorySize - 3 ? board.history[h] : board.history[h + 2];
+    moves[2] = next.killer1;
+    moves[3] = next.killer2;
+  }
+  bool contains(Move m) const {
+    return sameMove(m, moves[0]) || sameMove(m, moves[1]) || sameMove(m, moves[2]) || sameMove(m, moves[3]);
+  }
+};
 
 template <Color Us>
-inline int allMovesScore(const Board_0x88& board, Move m) {
+inline int allMovesScore(const Board_0x88& board, const KillerSet& killers, Move m) {
   const int base = captureOrderBase(board, m);
   const Square88 from = fromSquare(m);
   const Square88 to = toSquare(m);
@@ -42,16 +53,18 @@ inline int allMovesScore(const Board_0x88& board, Move m) {
     int gain = 0;
     return isLosingCapture<Us>(board, m, gain) ? base - LosingCapturePenalty : base + GoodCaptureBonus;
   }
-  if (isKiller(board, m)) return base + KillerBonus;
+  if (killers.contains(m)) return base + KillerBonus;
   const PieceType mover = board.pieceOn[from];
   return base + pieceSquareOf(Us, mover, to).mg - pieceSquareOf(Us, mover, from).mg;
 }
 
 template <Color Us, bool CapturesOnly>
 inline void scoreMoves(const Board_0x88& board, MoveList& list) {
-  for (std::uint32_t i = 0; i < list.count; ++i) {
-    const Move m = list[i];
-    list.entries[i].setScore(CapturesOnly ? captureOrderBase(board, m) : allMovesScore<Us>(board, m));
+  if constexpr (CapturesOnly) {
+    for (std::uint32_t i = 0; i < list.count; ++i) list.entries[i].setScore(captureOrderBase(board, list[i]));
+  } else {
+    const KillerSet killers(board);
+    for (std::uint32_t i = 0; i < list.count; ++i) list.entries[i].setScore(allMovesScore<Us>(board, killers, list[i]));
   }
 }
 

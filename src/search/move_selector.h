@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <utility>
 
 #include "board/attacks.h"
 #include "board/movegen.h"
@@ -175,12 +174,26 @@ inline Move MoveSelector::generatedStageAsGenerated() {
   return CapturesOnly ? takeInOrder(pvMove, NoMove) : takeInOrder(pvMove, hashMove);
 }
 
+// Each better entry swaps places with the leader, which leaves the rest in the order the
+// search was tuned with. The leader waits in a register rather than in the list, and the
+// scores compare as whole words: with the leader's move bits all set, a word is greater
+// exactly when its score is.
 inline Move MoveSelector::takeBest(Move givenA, Move givenB) {
-  while (cursor < list.count) {
+  const std::uint32_t count = list.count;
+  while (cursor < count) {
     const std::uint32_t i = cursor++;
-    for (std::uint32_t j = i + 1; j < list.count; ++j)
-      if (list.entries[j].score() > list.entries[i].score()) std::swap(list.entries[i], list.entries[j]);
-    const Move m = list[i];
+    MoveEntry best = list.entries[i];
+    std::int32_t bar = std::int32_t(best.word | 0xFFFF);
+    for (std::uint32_t j = i + 1; j < count; ++j) {
+      const MoveEntry entry = list.entries[j];
+      if (std::int32_t(entry.word) > bar) {
+        list.entries[j] = best;
+        best = entry;
+        bar = std::int32_t(best.word | 0xFFFF);
+      }
+    }
+    list.entries[i] = best;
+    const Move m = best.move();
     if (!sameMove(m, givenA) && !sameMove(m, givenB)) return m;
   }
   return NoMove;
