@@ -69,11 +69,16 @@ Searcher::Node Searcher::openNode(int alpha, int beta, int ply, int depth) const
   return node;
 }
 
-// True when the table settles the node; its move, if any, reaches ttMove either way.
-bool Searcher::probe(const Node& node, Move& ttMove, int& score) {
+// True when the table settles the node, whose line is then the table's move, if any; that move
+// reaches ttMove either way.
+bool Searcher::probe(const Node& node, Move& ttMove, int& score, PvLine& line) {
   bool found = false;
   const bool cutoff = probeTT(board, *ttHash, node.alpha, node.beta, node.ply, node.depth, score, ttMove, found);
   if (found) stats.ttHits.add();
+  if (cutoff && ttMove != NoMove) {
+    line.moves[0] = ttMove;
+    line.count = 1;
+  }
   return cutoff;
 }
 
@@ -212,13 +217,7 @@ int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) 
   // window too; any entry offers its move to search first.
   Move ttMove = NoMove;
   int ttScore = 0;
-  if (probe(node, ttMove, ttScore)) {
-    if (ttMove != NoMove) {
-      line.moves[0] = ttMove;
-      line.count = 1;
-    }
-    return ttScore;
-  }
+  if (probe(node, ttMove, ttScore, line)) return ttScore;
 
   // 4. Tablebases: an exact result, turned from a distance to mate from here into a score from
   // the root. It is not stored.
@@ -307,13 +306,7 @@ int Searcher::searchNodeInCheck(const CheckInfo& check, int alpha, int beta, int
   // 3. Transposition table, as in searchNode.
   Move ttMove = NoMove;
   int ttScore = 0;
-  if (probe(node, ttMove, ttScore)) {
-    if (ttMove != NoMove) {
-      line.moves[0] = ttMove;
-      line.count = 1;
-    }
-    return ttScore;
-  }
+  if (probe(node, ttMove, ttScore, line)) return ttScore;
 
   // 4. The replies to the check, the line's first and the table's before the rest; with none
   // the side is mated.

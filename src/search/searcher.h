@@ -105,7 +105,7 @@ class Searcher {
   Bounds mateDistanceBounds(int ply, int& alpha, int& beta) const;
   template <Color Us, bool InCheck>
   Node openNode(int alpha, int beta, int ply, int depth) const;
-  bool probe(const Node& node, Move& ttMove, int& score);
+  bool probe(const Node& node, Move& ttMove, int& score, PvLine& line);
   int store(const Node& node, int score, Move move);  // gives back the score, for the node to return
   // Whether a move of the loop is searched one ply shallower first.
   template <bool InCheck>
