@@ -17,6 +17,7 @@
 #include "diagnostics/fixed_depth_search.h"
 #include "eval/evaluate.h"
 #include "search/chess_player.h"
+#include "search/engine_interface.h"
 
 namespace torvy {
 namespace {
@@ -93,10 +94,19 @@ SearchRun runSingle(FixedDepthSearch& single, const char* fen, unsigned depth) {
   return {nodes, secondsSince(start), threadCpuSeconds() - cpuStart};
 }
 
+// A front end that shows nothing: only the statistics lines, which the player prints itself,
+// are read. A search without a time limit gives no move.
+class QuietFrontEnd final : public EngineInterface {
+ public:
+  void makeEngineMove(Move) override {}
+  void printThinking(unsigned, int, std::int32_t, std::uint64_t, const PvLine&) override {}
+};
+
 // The engine's own pool, as a game would drive it, but searching to a fixed depth.
 class PoolBench {
  public:
   explicit PoolBench(std::uint32_t cores) : player_(std::make_unique<ChessPlayer>(clock_, console_)) {
+    player_->engine = &frontEnd_;
     player_->ttHashSizeMB = BenchHashMB;
     player_->pawnHashSizeMB = BenchPawnHashMB;
     player_->setCores(cores);
@@ -128,6 +138,7 @@ class PoolBench {
   SearchClock clock_;
   std::ostringstream sink_;
   Console console_{sink_};
+  QuietFrontEnd frontEnd_;
   std::unique_ptr<ChessPlayer> player_;
 };
 
