@@ -21,7 +21,9 @@ constexpr PieceType& operator++(PieceType& t) { return t = PieceType(t + 1); }
 constexpr const char* PieceLetters = ".pnbrqk";
 
 using Square88 = std::uint8_t;
-using Square64 = std::uint8_t;
+// A square as the square sets and the 64-entry tables number it, rank * 8 + file; a distinct
+// enum, so that it can't be passed where the board's own numbering is wanted.
+enum Square64 : std::uint8_t {};
 constexpr Square88 NoSquare = 255;
 
 constexpr bool onBoard(int square) { return (square & 0x88) == 0; }
@@ -47,6 +49,8 @@ inline constexpr std::array<Square88, 256> square88Table = makeSquare88Table();
 
 constexpr Square64 toSquare64(Square88 s) { return square64Table[s]; }
 constexpr Square88 toSquare88(Square64 s) { return square88Table[s]; }
+constexpr int fileOf(Square64 s) { return s & 7; }
+constexpr int rankOf(Square64 s) { return s >> 3; }
 
 namespace sq {
 constexpr Square88 a1 = 0x00, b1 = 0x01, c1 = 0x02, d1 = 0x03, e1 = 0x04, f1 = 0x05, g1 = 0x06, h1 = 0x07;

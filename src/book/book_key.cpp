@@ -29,7 +29,7 @@ Key polyglotKey(const BookPosition& position) {
                           position.blackQueenSide};
   for (int i = 0; i < 4; ++i)
     if (rights[i]) key ^= Random64[Random64Castling + i];
-  if (position.epSquare != NoBookSquare) key ^= Random64[Random64EnPassant + (position.epSquare & 7)];
+  if (position.epSquare != NoBookSquare) key ^= Random64[Random64EnPassant + fileOf(position.epSquare)];
   // The format marks White to move, not Black.
   if (!position.blackToMove) key ^= Random64[Random64WhiteToMove];
   return key;

@@ -7,7 +7,7 @@
 
 namespace torvy {
 
-constexpr Square64 NoBookSquare = 64;
+constexpr Square64 NoBookSquare = Square64(64);
 
 // The position as the book format sees it.
 struct BookPosition {

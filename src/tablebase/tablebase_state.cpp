@@ -58,7 +58,7 @@ template bool TablebaseState::probeSoft<Black>(const Board_0x88&, int&) const;
 TablebaseProbe probeRecordOf(const Board_0x88& board, Color sideToMove) {
   TablebaseProbe probe;
   probe.sideToMove = sideToMove;
-  probe.epSquare = board.epSquare == NoSquare ? NoTableSquare : toSquare64(board.epSquare);
+  probe.epSquare = board.epSquare == NoSquare ? NoTableSquare : std::uint32_t(toSquare64(board.epSquare));
   probe.castling = probeCastling(board.castlingRights);
   for (Color c : {White, Black}) {
     auto& squares = c == White ? probe.whiteSquares : probe.blackSquares;
