@@ -22,7 +22,7 @@ bool isPseudoLegalCastling(const Board_0x88& board, Move m) {
   if (m != path.move || !(board.castlingRights & path.right)) return false;
   if (!detail::holds(board, path.king, Us, King) || !detail::holds(board, path.rook, Us, Rook)) return false;
   const int step = path.rook > path.king ? 1 : -1;
-  for (int s = path.king + step; s != path.rook; s += step)
+  for (Square88 s = path.king + step; s != path.rook; s += step)
     if (board.pieceOn[s] != NoPiece) return false;
   // Castling out of check is refused here too, since a hash move in check is tested
   // only for the king's target square.
@@ -91,7 +91,7 @@ bool movesLikeItsPiece(const Board_0x88& board, Move m) {
   if (piece == King) return isStep(kingDeltas, difference);
   const int direction = rayDirection(from, to);
   if (direction == 0 || !detail::isSliderOf(piece, raySliderClass[direction])) return false;
-  int s = from + rayDeltas[direction];
+  Square88 s = from + rayDeltas[direction];
   while (s != to && board.pieceOn[s] == NoPiece) s += rayDeltas[direction];
   return s == to;
 }

@@ -88,7 +88,7 @@ bool movesLikeItsPiece(const Board_0x88& board, Move m);
 
 namespace detail {
 
-inline bool holds(const Board_0x88& board, int s, Color c, PieceType t) {
+inline bool holds(const Board_0x88& board, Square88 s, Color c, PieceType t) {
   return onBoard(s) && board.pieceOn[s] == t && board.colorOn[s] == c;
 }
 
@@ -97,7 +97,7 @@ inline bool isSliderOf(PieceType t, int sliderClass) {
 }
 
 // The first occupied square from s along step d, or an off-board value.
-inline int firstOccupied(const Board_0x88& board, int s, int d) {
+inline Square88 firstOccupied(const Board_0x88& board, Square88 s, int d) {
   s += d;
   while (onBoard(s) && board.pieceOn[s] == NoPiece) s += d;
   return s;
@@ -143,9 +143,9 @@ constexpr std::uint16_t bishopWalkRays[4] = {1 << 5, 1 << 7, 1 << 1, 1 << 3};
 
 template <Color By>
 inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
-  auto found = [&](int attacker) {
+  auto found = [&](Square88 attacker) {
     info.checkers = 1;
-    info.square = Square88(attacker);
+    info.square = attacker;
     return true;
   };
   // Kinds of piece that By has none of are not looked for; the order of the others stays.
@@ -164,13 +164,13 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
   if (rays == 0) return false;
   for (int i = 0; i < 4; ++i) {
     if (!(rays & detail::rookWalkRays[i])) continue;
-    int t = detail::firstOccupied(board, s, -rookDeltas[i]);
+    const Square88 t = detail::firstOccupied(board, s, -rookDeltas[i]);
     if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
       return found(t);
   }
   for (int i = 0; i < 4; ++i) {
     if (!(rays & detail::bishopWalkRays[i])) continue;
-    int t = detail::firstOccupied(board, s, -bishopDeltas[i]);
+    const Square88 t = detail::firstOccupied(board, s, -bishopDeltas[i]);
     if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
       return found(t);
   }
@@ -200,11 +200,11 @@ inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], 
   if (k == NoSquare) return pinned;
   for (int d : deltas) {
     if (!(rays & lineBitsByDifference[d + LineDifferenceOffset])) continue;
-    int p = detail::firstOccupied(board, k, d);
+    const Square88 p = detail::firstOccupied(board, k, d);
     if (!onBoard(p) || board.colorOn[p] != Us) continue;
-    int t = detail::firstOccupied(board, p, d);
+    const Square88 t = detail::firstOccupied(board, p, d);
     if (onBoard(t) && board.colorOn[t] == Them && detail::isSliderOf(board.pieceOn[t], sliderClass))
-      pinned |= squareBit(Square88(p));
+      pinned |= squareBit(p);
   }
   return pinned;
 }
@@ -264,10 +264,10 @@ inline bool givesDirectOrDiscoveredCheck(const Board_0x88& board, Move m, Square
   if (fromDir == 0 || toDir == fromDir) return false;
   const int step = rayDeltas[fromDir];
   if (firstOccupied(board, k, step) != from) return false;
-  const int behind = firstOccupied(board, from, step);
+  const Square88 behind = firstOccupied(board, from, step);
   if (!onBoard(behind) || board.colorOn[behind] != Us) return false;
   if (!isSliderOf(board.pieceOn[behind], raySliderClass[fromDir])) return false;
-  return found(Square88(behind));
+  return found(behind);
 }
 
 }  // namespace detail

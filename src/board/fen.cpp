@@ -98,7 +98,7 @@ FieldEnd readEnPassant(Board_0x88& board, const char*& p) {
     const Color us = board.sideToMove;
     const Square88 target = makeSquare(p[0] - 'a', p[1] - '1');
     if (rankOf(target) != (us == White ? 5 : 2)) return FieldEnd::Failed;
-    const int pawn = target - pawnForward[us];
+    const Square88 pawn = target - pawnForward[us];
     if (!detail::holds(board, pawn, opposite(us), Pawn)) return FieldEnd::Failed;
     const bool capturable = (fileOf(target) != 0 && detail::holds(board, pawn - 1, us, Pawn)) ||
                             (fileOf(target) != 7 && detail::holds(board, pawn + 1, us, Pawn));

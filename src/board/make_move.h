@@ -132,7 +132,7 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
   CastlingRights newRights = castlingRights;
   switch (moveKind(m)) {
     case EnPassantMove: {
-      const Square88 victim = Square88(to - pawnForward[Us]);
+      const Square88 victim = to - pawnForward[Us];
       undo.captured = std::uint8_t(Pawn << 4 | slotOn[victim]);
       remove<K, Them>(victim);
       move<K, Us>(from, to);
@@ -182,7 +182,7 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
         if (moveDetail(m) == 1) {
           const bool leftHasPawn = fileOf(to) != 0 && pieceOn[to - 1] == Pawn && colorOn[to - 1] == Them;
           const bool rightHasPawn = fileOf(to) != 7 && pieceOn[to + 1] == Pawn && colorOn[to + 1] == Them;
-          if (leftHasPawn || rightHasPawn) newEpSquare = Square88(to - pawnForward[Us]);
+          if (leftHasPawn || rightHasPawn) newEpSquare = to - pawnForward[Us];
         }
         newRights &= detail::rightsKept[from] & detail::rightsKept[to];
       }
@@ -220,7 +220,7 @@ inline void Board_0x88::doUnmake(Move m, const UndoRecord& undo) {
     }
     case EnPassantMove:
       move<K, Us>(to, from);
-      place<K>(Square88(to - pawnForward[Us]), Pawn, Them, undo.captured & 15);
+      place<K>(to - pawnForward[Us], Pawn, Them, undo.captured & 15);
       break;
     default:
       if (moveKind(m) == PromotionMove) {

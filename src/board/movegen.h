@@ -65,11 +65,11 @@ constexpr PieceType promotionOrder[4] = {Queen, Knight, Rook, Bishop};
 
 template <Color Us, bool CapturesOnly>
 inline void addPromotions(Board_0x88& board, bool tested, MoveSink& list, Square88 from) {
-  auto addAll = [&](int to) {
+  auto addAll = [&](Square88 to) {
     if constexpr (CapturesOnly) {
-      tryAdd<Us>(board, tested, list, makePromotion(from, Square88(to), Queen));
+      tryAdd<Us>(board, tested, list, makePromotion(from, to, Queen));
     } else {
-      for (PieceType p : promotionOrder) tryAdd<Us>(board, tested, list, makePromotion(from, Square88(to), p));
+      for (PieceType p : promotionOrder) tryAdd<Us>(board, tested, list, makePromotion(from, to, p));
     }
   };
   for (int d : pawnCaptureDeltas[Us])
@@ -81,35 +81,34 @@ template <Color Us, bool CapturesOnly>
 inline void addPawnMoves(Board_0x88& board, bool tested, MoveSink& list, Square88 from) {
   if (relativeRank(Us, from) == 6) return addPromotions<Us, CapturesOnly>(board, tested, list, from);
   for (int d : pawnCaptureDeltas[Us])
-    if (holdsEnemy<Us>(board, from + d)) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(from + d)));
+    if (holdsEnemy<Us>(board, from + d)) tryAdd<Us>(board, tested, list, makeNormalMove(from, from + d));
   if constexpr (!CapturesOnly) {
-    const int one = from + pawnForward[Us];
+    const Square88 one = from + pawnForward[Us];
     if (!onBoard(one) || board.pieceOn[one] != NoPiece) return;
-    tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(one)));
-    const int two = one + pawnForward[Us];
+    tryAdd<Us>(board, tested, list, makeNormalMove(from, one));
+    const Square88 two = one + pawnForward[Us];
     if (relativeRank(Us, from) == 1 && board.pieceOn[two] == NoPiece)
-      tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(two), true));
+      tryAdd<Us>(board, tested, list, makeNormalMove(from, two, true));
   }
 }
 
 template <Color Us, bool CapturesOnly>
 inline void addSteps(Board_0x88& board, bool tested, MoveSink& list, Square88 from, const int (&deltas)[8]) {
   for (int d : deltas) {
-    const int to = from + d;
+    const Square88 to = from + d;
     // A capture needs an enemy there: one colour test instead of two.
     if (CapturesOnly ? !holdsEnemy<Us>(board, to) : !onBoard(to) || board.colorOn[to] == Us) continue;
-    tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
+    tryAdd<Us>(board, tested, list, makeNormalMove(from, to));
   }
 }
 
 template <Color Us, bool CapturesOnly>
 inline void addSlides(Board_0x88& board, bool tested, MoveSink& list, Square88 from, const int (&deltas)[4]) {
   for (int d : deltas) {
-    int to = from + d;
+    Square88 to = from + d;
     for (; onBoard(to) && board.pieceOn[to] == NoPiece; to += d)
-      if constexpr (!CapturesOnly) tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
-    if (onBoard(to) && board.colorOn[to] == opposite(Us))
-      tryAdd<Us>(board, tested, list, makeNormalMove(from, Square88(to)));
+      if constexpr (!CapturesOnly) tryAdd<Us>(board, tested, list, makeNormalMove(from, to));
+    if (onBoard(to) && board.colorOn[to] == opposite(Us)) tryAdd<Us>(board, tested, list, makeNormalMove(from, to));
   }
 }
 
@@ -145,9 +144,9 @@ inline void generateEnPassant(Board_0x88& board, MoveList& list) {
   const Square88 ep = board.epSquare;
   if (ep == NoSquare) return;
   for (int d : pawnCaptureDeltas[Us]) {
-    const int from = ep - d;
+    const Square88 from = ep - d;
     if (detail::holds(board, from, Us, Pawn)) {
-      const Move m = makeEnPassant(Square88(from), ep);
+      const Move m = makeEnPassant(from, ep);
       if (isLegal<Us>(board, m)) list.addMove(m);
     }
   }

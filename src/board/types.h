@@ -20,11 +20,38 @@ constexpr PieceType& operator++(PieceType& t) { return t = PieceType(t + 1); }
 // The only piece alphabet: index by PieceType, upper case for White where shown.
 constexpr const char* PieceLetters = ".pnbrqk";
 
-using Square88 = std::uint8_t;
-// A square as the square sets and the 64-entry tables number it, rank * 8 + file; a distinct
-// enum, so that it can't be passed where the board's own numbering is wanted.
+namespace sq {
+// A square of the board, rank * 16 + file, named by its file and rank; unscoped, so that it
+// still indexes the tables, and in a namespace of its own, so that its names stay apart from
+// the engine's other short names. Its arithmetic lives beside it, where lookup always finds it.
+// clang-format off
+enum Square88 : std::uint8_t {
+  a1 = 0x00, b1, c1, d1, e1, f1, g1, h1,
+  a2 = 0x10, b2, c2, d2, e2, f2, g2, h2,
+  a3 = 0x20, b3, c3, d3, e3, f3, g3, h3,
+  a4 = 0x30, b4, c4, d4, e4, f4, g4, h4,
+  a5 = 0x40, b5, c5, d5, e5, f5, g5, h5,
+  a6 = 0x50, b6, c6, d6, e6, f6, g6, h6,
+  a7 = 0x60, b7, c7, d7, e7, f7, g7, h7,
+  a8 = 0x70, b8, c8, d8, e8, f8, g8, h8,
+};
+// clang-format on
+
+// A step that leaves the board sets a bit of 0x88, in the low byte too: a step's result
+// wrapped to a Square88 is off the board exactly when the whole number is.
+constexpr Square88 operator+(Square88 s, int delta) { return Square88(int(s) + delta); }
+constexpr Square88 operator-(Square88 s, int delta) { return Square88(int(s) - delta); }
+constexpr Square88& operator+=(Square88& s, int delta) { return s = s + delta; }
+// How far apart two squares are: a number, not a square.
+constexpr int operator-(Square88 a, Square88 b) { return int(a) - int(b); }
+}  // namespace sq
+
+using sq::Square88;
+constexpr Square88 NoSquare = Square88(255);
+
+// The same square as the square sets and the 64-entry tables number it, rank * 8 + file; a
+// type of its own, so that one numbering can't be passed for the other.
 enum Square64 : std::uint8_t {};
-constexpr Square88 NoSquare = 255;
 
 constexpr bool onBoard(int square) { return (square & 0x88) == 0; }
 constexpr int fileOf(Square88 s) { return s & 15; }
@@ -51,17 +78,6 @@ constexpr Square64 toSquare64(Square88 s) { return square64Table[s]; }
 constexpr Square88 toSquare88(Square64 s) { return square88Table[s]; }
 constexpr int fileOf(Square64 s) { return s & 7; }
 constexpr int rankOf(Square64 s) { return s >> 3; }
-
-namespace sq {
-constexpr Square88 a1 = 0x00, b1 = 0x01, c1 = 0x02, d1 = 0x03, e1 = 0x04, f1 = 0x05, g1 = 0x06, h1 = 0x07;
-constexpr Square88 a2 = 0x10, b2 = 0x11, c2 = 0x12, d2 = 0x13, e2 = 0x14, f2 = 0x15, g2 = 0x16, h2 = 0x17;
-constexpr Square88 a3 = 0x20, b3 = 0x21, c3 = 0x22, d3 = 0x23, e3 = 0x24, f3 = 0x25, g3 = 0x26, h3 = 0x27;
-constexpr Square88 a4 = 0x30, b4 = 0x31, c4 = 0x32, d4 = 0x33, e4 = 0x34, f4 = 0x35, g4 = 0x36, h4 = 0x37;
-constexpr Square88 a5 = 0x40, b5 = 0x41, c5 = 0x42, d5 = 0x43, e5 = 0x44, f5 = 0x45, g5 = 0x46, h5 = 0x47;
-constexpr Square88 a6 = 0x50, b6 = 0x51, c6 = 0x52, d6 = 0x53, e6 = 0x54, f6 = 0x55, g6 = 0x56, h6 = 0x57;
-constexpr Square88 a7 = 0x60, b7 = 0x61, c7 = 0x62, d7 = 0x63, e7 = 0x64, f7 = 0x65, g7 = 0x66, h7 = 0x67;
-constexpr Square88 a8 = 0x70, b8 = 0x71, c8 = 0x72, d8 = 0x73, e8 = 0x74, f8 = 0x75, g8 = 0x76, h8 = 0x77;
-}  // namespace sq
 
 using CastlingRights = std::uint8_t;
 constexpr CastlingRights WhiteKingSide = 1;

@@ -75,7 +75,7 @@ class EvalFixture : public ::testing::Test {
     to.clear();
     for (Color c : {White, Black})
       for (Square88 s : from.pieceList[c])
-        if (onBoard(s)) to.addPiece(Square88(s ^ 0x70), from.pieceOn[s], opposite(c));
+        if (onBoard(s)) to.addPiece(makeSquare(fileOf(s), 7 - rankOf(s)), from.pieceOn[s], opposite(c));
     to.sideToMove = opposite(from.sideToMove);
     to.halfmoveClock = from.halfmoveClock;
     to.history[0].key = to.computeKey();
