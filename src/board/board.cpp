@@ -27,8 +27,8 @@ constexpr std::uint8_t SlotCount = 16;
 
 Key Board_Common::computeKey() const {
   Key k = computePieceKey(White) ^ computePieceKey(Black);
-  for (int bit = 1; bit <= 8; bit <<= 1)
-    if (castlingRights & bit) k ^= keys.castlingKeys[bit];
+  for (CastlingRights right : SingleCastlingRights)
+    if (castlingRights & right) k ^= keys.castlingKeys[right];
   if (epSquare != NoSquare) k ^= keys.enPassantKeys[fileOf(epSquare)];
   if (sideToMove == Black) k ^= keys.sideKey;
   return k;
@@ -70,7 +70,7 @@ void Board_0x88::clear() {
   psq[White] = psq[Black] = ScorePair{};
   historyIndex = 0;
   history[0] = HistoryRecord{};
-  castlingRights = 0;
+  castlingRights = NoCastlingRights;
   epSquare = NoSquare;
   halfmoveClock = 0;
   sideToMove = NoColor;

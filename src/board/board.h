@@ -20,7 +20,7 @@ struct HistoryRecord {
 
 // What a caller keeps between make and unmake.
 struct UndoRecord {
-  CastlingRights castlingRights = 0;
+  CastlingRights castlingRights = NoCastlingRights;
   Square88 epSquare = NoSquare;
   std::uint8_t halfmoveClock = 0;
   std::uint8_t captured = 0;  // captured PieceType << 4 | its slot; 0 for none
@@ -45,7 +45,7 @@ class Board_Common {
   std::uint32_t historyIndex = 0;
   Key lightKeys[LightKeysSize] = {};
   std::uint32_t lightIndex = 0;
-  CastlingRights castlingRights = 0;
+  CastlingRights castlingRights = NoCastlingRights;
   Square88 epSquare = NoSquare;
   std::uint8_t halfmoveClock = 0;
   Color sideToMove = NoColor;

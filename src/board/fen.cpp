@@ -68,12 +68,12 @@ bool readCastling(Board_0x88& board, const char*& p) {
     p += 2;
     return true;
   }
-  CastlingRights seen = 0;
+  CastlingRights seen = NoCastlingRights;
   for (; *p != ' '; ++p) {
-    CastlingRights right = 0;
-    CastlingRights mustBeUnseen = 0;
+    CastlingRights right = NoCastlingRights;
+    CastlingRights mustBeUnseen = NoCastlingRights;
     switch (*p) {
-      case 'K': right = WhiteKingSide, mustBeUnseen = 15; break;
+      case 'K': right = WhiteKingSide, mustBeUnseen = AllCastlingRights; break;
       case 'Q': right = WhiteQueenSide, mustBeUnseen = WhiteQueenSide | BlackKingSide | BlackQueenSide; break;
       case 'k': right = BlackKingSide, mustBeUnseen = BlackKingSide | BlackQueenSide; break;
       case 'q': right = BlackQueenSide, mustBeUnseen = BlackQueenSide; break;

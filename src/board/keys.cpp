@@ -27,7 +27,7 @@ void initKeys() {
   for (auto& colour : keys.pieceKeys)
     for (auto& piece : colour)
       for (Key& key : piece) key = random64();
-  for (int right : {1, 2, 4, 8}) keys.castlingKeys[right] = random64();
+  for (CastlingRights right : SingleCastlingRights) keys.castlingKeys[right] = random64();
   for (Key& key : keys.enPassantKeys) key = random64();
   keys.sideKey = random64();
 }

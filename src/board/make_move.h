@@ -21,24 +21,26 @@ constexpr CastlingSquares castlingSquares[4] = {
 // The rights that survive a move from or to a square; squares alone decide, not pieces.
 constexpr std::array<CastlingRights, 128> makeRightsKept() {
   std::array<CastlingRights, 128> kept{};
-  for (auto& k : kept) k = 15;
-  kept[sq::e1] = 15 & ~(WhiteKingSide | WhiteQueenSide);
-  kept[sq::h1] = 15 & ~WhiteKingSide;
-  kept[sq::a1] = 15 & ~WhiteQueenSide;
-  kept[sq::e8] = 15 & ~(BlackKingSide | BlackQueenSide);
-  kept[sq::h8] = 15 & ~BlackKingSide;
-  kept[sq::a8] = 15 & ~BlackQueenSide;
+  for (auto& k : kept) k = AllCastlingRights;
+  kept[sq::e1] = ~(WhiteKingSide | WhiteQueenSide);
+  kept[sq::h1] = ~WhiteKingSide;
+  kept[sq::a1] = ~WhiteQueenSide;
+  kept[sq::e8] = ~(BlackKingSide | BlackQueenSide);
+  kept[sq::h8] = ~BlackKingSide;
+  kept[sq::a8] = ~BlackQueenSide;
   return kept;
 }
 constexpr std::array<CastlingRights, 128> rightsKept = makeRightsKept();
 
 // A promotion clears rights by its to-square alone, and only on the corners.
-constexpr CastlingRights cornerRightsKept(Square88 to) { return to == sq::e1 || to == sq::e8 ? 15 : rightsKept[to]; }
+constexpr CastlingRights cornerRightsKept(Square88 to) {
+  return to == sq::e1 || to == sq::e8 ? AllCastlingRights : rightsKept[to];
+}
 
 inline Key castlingChangeKey(CastlingRights changed) {
   Key k = 0;
-  for (int bit = 1; bit <= 8; bit <<= 1)
-    if (changed & bit) k ^= keys.castlingKeys[bit];
+  for (CastlingRights right : SingleCastlingRights)
+    if (changed & right) k ^= keys.castlingKeys[right];
   return k;
 }
 
@@ -163,8 +165,7 @@ inline void Board_0x88::doMake(Move m, UndoRecord& undo) {
       move<K, Us>(c.kingFrom, c.kingTo);
       move<K, Us>(c.rookFrom, c.rookTo);
       if constexpr (KeepsClock) ++halfmoveClock;
-      newRights &=
-          Us == White ? CastlingRights(BlackKingSide | BlackQueenSide) : CastlingRights(WhiteKingSide | WhiteQueenSide);
+      newRights &= Us == White ? BlackKingSide | BlackQueenSide : WhiteKingSide | WhiteQueenSide;
       break;
     }
     default: {

@@ -79,11 +79,25 @@ constexpr Square88 toSquare88(Square64 s) { return square88Table[s]; }
 constexpr int fileOf(Square64 s) { return s & 7; }
 constexpr int rankOf(Square64 s) { return s >> 3; }
 
-using CastlingRights = std::uint8_t;
-constexpr CastlingRights WhiteKingSide = 1;
-constexpr CastlingRights WhiteQueenSide = 2;
-constexpr CastlingRights BlackKingSide = 4;
-constexpr CastlingRights BlackQueenSide = 8;
+// One bit per right; a set of rights is a value of the same type, so a square or a number
+// can't be passed for one.
+enum CastlingRights : std::uint8_t {
+  NoCastlingRights = 0,
+  WhiteKingSide = 1,
+  WhiteQueenSide = 2,
+  BlackKingSide = 4,
+  BlackQueenSide = 8,
+  AllCastlingRights = 15,
+};
+// The rights one at a time, in the order their keys are drawn.
+constexpr CastlingRights SingleCastlingRights[4] = {WhiteKingSide, WhiteQueenSide, BlackKingSide, BlackQueenSide};
+
+constexpr CastlingRights operator|(CastlingRights a, CastlingRights b) { return CastlingRights(unsigned(a) | b); }
+constexpr CastlingRights operator&(CastlingRights a, CastlingRights b) { return CastlingRights(unsigned(a) & b); }
+constexpr CastlingRights operator^(CastlingRights a, CastlingRights b) { return CastlingRights(unsigned(a) ^ b); }
+constexpr CastlingRights operator~(CastlingRights a) { return CastlingRights(~unsigned(a) & AllCastlingRights); }
+constexpr CastlingRights& operator|=(CastlingRights& a, CastlingRights b) { return a = a | b; }
+constexpr CastlingRights& operator&=(CastlingRights& a, CastlingRights b) { return a = a & b; }
 
 // Move: from (6 bits), to (6 bits), kind (2 bits), detail (2 bits); 0 is no move.
 using Move = std::uint16_t;
