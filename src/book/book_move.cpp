@@ -1,5 +1,7 @@
 #include "book/book_move.h"
 
+#include "board/attacks.h"
+
 namespace torvy {
 
 namespace {
@@ -19,14 +21,10 @@ constexpr BookCastling bookCastlings[4] = {
     {Black, sq::e8, sq::c8, sq::a8, 3},
 };
 
-bool holds(const Board_0x88& board, Square88 s, Color c, PieceType t) {
-  return board.pieceOn[s] == t && board.colorOn[s] == c;
-}
-
 const BookCastling* findCastling(const Board_0x88& board, Square88 from, Square88 to) {
   for (const BookCastling& c : bookCastlings) {
     if (from != c.kingFrom || (to != c.kingTo && to != c.rookCorner)) continue;
-    if (holds(board, from, c.color, King) && holds(board, c.rookCorner, c.color, Rook)) return &c;
+    if (detail::holds(board, from, c.color, King) && detail::holds(board, c.rookCorner, c.color, Rook)) return &c;
   }
   return nullptr;
 }

@@ -11,8 +11,6 @@ constexpr SquareSet pawnsOn(std::initializer_list<Square88> squares) {
   return set;
 }
 
-constexpr Square88 at(int file, int rank) { return makeSquare(file, rank); }
-
 TEST(KingSafetyTest, ShelterPatterns) {
   struct Case {
     SquareSet pawns;
@@ -21,20 +19,20 @@ TEST(KingSafetyTest, ShelterPatterns) {
     unsigned pattern;
   };
   const Case cases[] = {
-      {pawnsOn({at(5, 1), at(6, 1), at(7, 1)}), sq::g1, White, 0b000111},
-      {pawnsOn({at(6, 1), at(7, 1)}), sq::g1, White, 0b000110},
-      {pawnsOn({at(5, 2), at(6, 2)}), sq::g1, White, 0b011000},
+      {pawnsOn({sq::f2, sq::g2, sq::h2}), sq::g1, White, 0b000111},
+      {pawnsOn({sq::g2, sq::h2}), sq::g1, White, 0b000110},
+      {pawnsOn({sq::f3, sq::g3}), sq::g1, White, 0b011000},
       // Off the board counts as a pawn: the lower file of an a-file king, the higher of an h-file king.
       {0, sq::a1, White, 0b001001},
       {0, sq::h1, White, 0b100100},
       // On rank 6 the far row is the edge; from rank 7 on, everything is covered.
-      {pawnsOn({at(5, 6)}), at(4, 5), White, 0b111100},
-      {0, at(4, 6), White, 63},
+      {pawnsOn({sq::f7}), sq::e6, White, 0b111100},
+      {0, sq::e7, White, 63},
       {0, sq::e8, White, 63},
-      {0, at(4, 1), Black, 63},
+      {0, sq::e2, Black, 63},
       {0, sq::e1, Black, 63},
       // Black looks towards rank 1; the files keep their order.
-      {pawnsOn({at(5, 6), at(6, 6), at(7, 5)}), sq::g8, Black, 0b100011},
+      {pawnsOn({sq::f7, sq::g7, sq::h6}), sq::g8, Black, 0b100011},
   };
   for (const Case& c : cases) EXPECT_EQ(shelterPattern(c.pawns, c.king, c.color), c.pattern) << int(c.king);
 }
@@ -42,9 +40,9 @@ TEST(KingSafetyTest, ShelterPatterns) {
 TEST(KingSafetyTest, HolesAndOpenFilesBesideTheKing) {
   NoBook none;
   PawnInfo info;
-  info.pawns[White] = pawnsOn({at(5, 1), at(6, 1), at(7, 1)});
+  info.pawns[White] = pawnsOn({sq::f2, sq::g2, sq::h2});
   EXPECT_EQ(unpack(kingSafety<White>(info, sq::g1, 0, none)), (ScorePair{0, 0}));
-  info.pawns[White] = pawnsOn({at(6, 1), at(7, 1)});
+  info.pawns[White] = pawnsOn({sq::g2, sq::h2});
   EXPECT_EQ(unpack(kingSafety<White>(info, sq::g1, 0, none)), (ScorePair{-15, 7}));
 
   // No pawns on f, g and h against two rooks and a queen: two holes (-30 / 14), and with M = 2
@@ -58,7 +56,7 @@ TEST(KingSafetyTest, HolesAndOpenFilesBesideTheKing) {
   // An h-file king has no higher neighbour to be open: one queen, M = 1.
   EXPECT_EQ(unpack(kingSafety<White>(info, sq::h1, 1u << 16, none)), (ScorePair{-15 - 35 - 8, 7 - 9 - 11}));
   // Black's king on g8 behind f7, g7, h7.
-  info.pawns[Black] = pawnsOn({at(5, 6), at(6, 6), at(7, 6)});
+  info.pawns[Black] = pawnsOn({sq::f7, sq::g7, sq::h7});
   info.openFiles = 0;
   EXPECT_EQ(unpack(kingSafety<Black>(info, sq::g8, twoRooksAndQueen, none)), (ScorePair{0, 0}));
 }

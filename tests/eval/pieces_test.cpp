@@ -74,7 +74,7 @@ TEST_F(PiecesTest, MobilityAgreesWithWalksOnTheBoard) {
   auto walk = [](const Board_0x88& b, Square88 s, const int* deltas, int count, bool slides) {
     int m = 0;
     for (int i = 0; i < count; ++i) {
-      int t = s + deltas[i];
+      Square88 t = s + deltas[i];
       for (; slides && onBoard(t) && b.pieceOn[t] == NoPiece; t += deltas[i]) ++m;
       if (onBoard(t) && b.colorOn[t] != b.colorOn[s]) ++m;
     }
