@@ -25,8 +25,8 @@ constexpr std::array<Ray, 64> makeRays() {
   std::array<Ray, 64> rays{};
   for (int s = 0; s < 64; ++s) {
     int last = s;
-    for (int t = toSquare88(Square64(s)) + Delta; onBoard(t); t += Delta) {
-      last = toSquare64(Square88(t));
+    for (Square88 t = toSquare88(Square64(s)) + Delta; onBoard(t); t += Delta) {
+      last = toSquare64(t);
       rays[s].squares |= SquareSet(1) << last;
     }
     rays[s].end = SquareSet(1) << last;
@@ -60,8 +60,8 @@ constexpr std::array<SquareSet, 64> makeKnightTargets() {
   std::array<SquareSet, 64> targets{};
   for (int s = 0; s < 64; ++s)
     for (int d : knightDeltas) {
-      const int t = toSquare88(Square64(s)) + d;
-      if (onBoard(t)) targets[s] |= SquareSet(1) << toSquare64(Square88(t));
+      const Square88 t = toSquare88(Square64(s)) + d;
+      if (onBoard(t)) targets[s] |= SquareSet(1) << toSquare64(t);
     }
   return targets;
 }

@@ -34,6 +34,9 @@ TEST(TablebaseValueTest, StoredBytesDecodeAndBecomeScoresForTheSideToMove) {
   EXPECT_FALSE(tablebaseScore(Black, ResultForbidden, 0, value));
 }
 
+// A square as the probe numbers it.
+std::uint32_t tableSquare(Square88 s) { return toSquare64(s); }
+
 Board_0x88 boardOf(const char* fen) {
   Board_0x88 board;
   EXPECT_TRUE(setFromFen(board, fen)) << fen;
@@ -42,10 +45,11 @@ Board_0x88 boardOf(const char* fen) {
 
 TEST(TablebaseValueTest, ProbeRecordListsTheMenAndRecodesCastlingAndEnPassant) {
   const TablebaseProbe probe = probeRecordOf(boardOf("4k3/8/8/3pP3/8/8/8/R3K2R w KQ d6 0 1"), White);
-  EXPECT_EQ(probe.epSquare, 43u);
+  EXPECT_EQ(probe.epSquare, tableSquare(sq::d6));
   EXPECT_EQ(probe.castling, ProbeWhiteKingSide | ProbeWhiteQueenSide);
   EXPECT_EQ(std::multiset(probe.whiteSquares.begin(), probe.whiteSquares.begin() + 5),
-            (std::multiset<std::uint32_t>{0, 4, 7, 36, NoTableSquare}));
+            (std::multiset{tableSquare(sq::a1), tableSquare(sq::e1), tableSquare(sq::h1), tableSquare(sq::e5),
+                           NoTableSquare}));
   EXPECT_EQ(probe.whitePieces[4], 0);
   EXPECT_EQ(probe.blackSquares[2], NoTableSquare);
   EXPECT_EQ(probeRecordOf(boardOf("r3k2r/8/8/8/8/8/8/4K3 b k - 0 1"), Black).castling, ProbeBlackKingSide);
