@@ -56,7 +56,7 @@ inline void tryAdd(Board_0x88& board, bool tested, MoveSink& list, Move m) {
 }
 
 template <Color Us>
-inline bool holdsEnemy(const Board_0x88& board, int s) {
+inline bool holdsEnemy(const Board_0x88& board, Square88 s) {
   return onBoard(s) && board.colorOn[s] == opposite(Us);
 }
 
