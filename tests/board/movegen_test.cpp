@@ -103,5 +103,25 @@ TEST(Attacks, StoredMovesMustFitThePieceThatMakesThem) {
   for (const auto& [move, fits] : cases) EXPECT_EQ(movesLikeItsPiece<White>(*board, move), fits) << moveToText(move);
 }
 
+// Generation and the walks keep a square plus a step in a byte: a step off any edge, below a1
+// included, must still read as off the board, and one that stays on must land where it should.
+// Steps of up to two files and two ranks cover the king's, the knight's and the pawn's.
+TEST(Attacks, StepsOffTheBoardReadAsOffItInTheSquareByte) {
+  constexpr int Files = 16;
+  for (int rank = 0; rank < 8; ++rank)
+    for (int file = 0; file < 8; ++file)
+      for (int ranks = -2; ranks <= 2; ++ranks)
+        for (int files = -2; files <= 2; ++files) {
+          const Square88 to = makeSquare(file, rank) + (ranks * Files + files);
+          const int toFile = file + files;
+          const int toRank = rank + ranks;
+          const bool stays = toFile >= 0 && toFile < 8 && toRank >= 0 && toRank < 8;
+          ASSERT_EQ(onBoard(to), stays) << file << rank << " step " << files << ',' << ranks;
+          if (stays) {
+            ASSERT_EQ(to, makeSquare(toFile, toRank)) << file << rank << " step " << files << ',' << ranks;
+          }
+        }
+}
+
 }  // namespace
 }  // namespace torvy
