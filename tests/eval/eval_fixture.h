@@ -14,11 +14,6 @@
 
 namespace torvy {
 
-struct TermCase {
-  const char* fen;
-  ScorePair white;  // the term as the report books it for White
-};
-
 class EvalFixture : public ::testing::Test {
  protected:
   EvalFixture() {
@@ -43,10 +38,6 @@ class EvalFixture : public ::testing::Test {
     EvalReport report;
     evaluateWith(board, pawnHash, -32000, 32000, report);
     return report;
-  }
-
-  void expectWhiteTerm(EvalTerm term, const TermCase& c) {
-    EXPECT_EQ(terms(c.fen).term(term, White), c.white) << c.fen;
   }
 
   // Plays games of random legal moves from the start position and shows each position to visit.

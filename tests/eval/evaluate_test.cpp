@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -24,6 +25,18 @@ TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
     // A cold and then a warm pawn hash must agree.
     EXPECT_EQ(score(row[0].c_str()), std::stoi(row[1])) << row[0];
     EXPECT_EQ(score(row[0].c_str()), std::stoi(row[1])) << row[0] << " (pawn hash hit)";
+  }
+}
+
+// Terms that the evaluation books for White, by their names in the report.
+TEST_F(EvaluateTest, TermsOfHandCheckedPositions) {
+  const std::map<std::string, EvalTerm> names = {
+      {"Rooks", EvalTerm::Rooks},          {"Knights", EvalTerm::Knights},
+      {"Bishops", EvalTerm::Bishops},      {"King tropism", EvalTerm::KingTropism},
+      {"Weak pawns", EvalTerm::WeakPawns}, {"Passed pawns", EvalTerm::PassedPawns}};
+  for (const testing::DataRow& row : testing::dataTable("evaluation_terms.txt")) {
+    const ScorePair term = terms(row[1].c_str()).term(names.at(row[0]), White);
+    EXPECT_EQ(std::to_string(term.mg) + " " + std::to_string(term.eg), row[2]) << row[0] << ": " << row[1];
   }
 }
 
