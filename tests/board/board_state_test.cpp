@@ -9,7 +9,6 @@ namespace {
 
 using testing::boardFrom;
 using testing::expectSamePosition;
-using testing::forSide;
 
 void expectInvariants(const Board_0x88& board) {
   std::uint8_t counts[2][8] = {};
@@ -76,18 +75,18 @@ TEST(BoardState, EveryMakeUnmakePairRestoresEveryFieldAndKeysFollowTheMoves) {
       auto before = std::make_unique<Board_0x88>();
       *before = *board;
       for (std::uint32_t i = 0; i < list.count; ++i) {
-        forSide(board->sideToMove, [&](auto us) {
+        forSideToMove(*board, [&]<Color Us>() {
           UndoRecord undo;
-          board->makeMove<us()>(list[i], undo);
+          board->makeMove<Us>(list[i], undo);
           expectInvariants(*board);
-          board->unmakeMove<us()>(list[i], undo);
+          board->unmakeMove<Us>(list[i], undo);
           expectSamePosition(*board, *before);
-          board->makeMoveLight<us()>(list[i], undo);
+          board->makeMoveLight<Us>(list[i], undo);
           EXPECT_EQ(board->lightKeys[board->lightIndex], board->computeKey());
-          board->unmakeMoveLight<us()>(list[i], undo);
+          board->unmakeMoveLight<Us>(list[i], undo);
           expectSamePosition(*board, *before);
-          board->makeMoveTest<us()>(list[i], undo);
-          board->unmakeMoveTest<us()>(list[i], undo);
+          board->makeMoveTest<Us>(list[i], undo);
+          board->unmakeMoveTest<Us>(list[i], undo);
           expectSamePosition(*board, *before);
         });
       }
@@ -99,7 +98,7 @@ TEST(BoardState, EveryMakeUnmakePairRestoresEveryFieldAndKeysFollowTheMoves) {
       board->unmakeNullMove(undo);
       expectSamePosition(*board, *before);
       const Move chosen = list[random() % list.count];
-      forSide(board->sideToMove, [&](auto us) { board->makeMove<us()>(chosen, undo); });
+      forSideToMove(*board, [&]<Color Us>() { board->makeMove<Us>(chosen, undo); });
       if (board->historyIndex > 1000) break;
     }
   }

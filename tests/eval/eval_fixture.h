@@ -52,10 +52,7 @@ class EvalFixture : public ::testing::Test {
         if (moves.count == 0) break;
         const Move m = moves[random() % moves.count];
         UndoRecord undo;
-        if (board.sideToMove == White)
-          board.makeMove<White>(m, undo);
-        else
-          board.makeMove<Black>(m, undo);
+        forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
         visit(board);
       }
     }

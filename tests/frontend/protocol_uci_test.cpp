@@ -4,9 +4,7 @@
 
 #include <string>
 
-#include "board/fen.h"
-#include "board/move_text.h"
-#include "frontend/line_reader.h"
+#include "board/board_helpers.h"
 #include "frontend/transcript.h"
 
 namespace torvy::testing {
@@ -19,17 +17,14 @@ Lines uciSession(std::vector<ScriptStep> steps) {
 }
 
 bool legalIn(const std::string& fen, const std::string& moves, const std::string& move) {
-  Board_0x88 board;
-  if (!setFromFen(board, fen.c_str())) return false;
-  for (const std::string& text : split(moves, ' ')) {
-    Move m = NoMove;
-    if (text.empty()) continue;
-    if (!parseCoordinateMove(board, text.c_str(), m)) return false;
+  auto board = boardFrom(fen.c_str());
+  std::istringstream played(moves);
+  for (std::string text; played >> text;) {
     UndoRecord undo;  // never taken back
-    forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
+    play(*board, text.c_str(), undo);
   }
   Move m = NoMove;
-  return parseCoordinateMove(board, move.c_str(), m);
+  return parseCoordinateMove(*board, move.c_str(), m);
 }
 
 // Run one after another: a refused position keeps the one before it, whose move must come.
