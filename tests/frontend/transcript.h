@@ -21,23 +21,19 @@ inline Lines boardPicture(const Lines& ranks) {
   return picture;
 }
 
-inline Lines banner() {
-  return {"# Torvy 0.6.51", "# a chess engine for xboard front ends, written in C++20", "# ", "feature done=0"};
-}
-
-inline Lines joined(std::initializer_list<Lines> parts) {
-  Lines all;
-  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
-
 // What the engine prints before it reads its first line, the prompt included.
 inline Lines startUpLines() {
-  return joined(
-      {banner(),
-       {"# new size of TT hash: 256 MB", "# new size of Pawn hash: 32 MB"},
-       boardPicture({"rnbqkbnr", "pppppppp", "........", "........", "........", "........", "PPPPPPPP", "RNBQKBNR"}),
-       {"# Your move: "}});
+  Lines lines{"# Torvy 0.6.51",
+              "# a chess engine for xboard front ends, written in C++20",
+              "# ",
+              "feature done=0",
+              "# new size of TT hash: 256 MB",
+              "# new size of Pawn hash: 32 MB"};
+  for (const std::string& line :
+       boardPicture({"rnbqkbnr", "pppppppp", "........", "........", "........", "........", "PPPPPPPP", "RNBQKBNR"}))
+    lines.push_back(line);
+  lines.push_back("# Your move: ");
+  return lines;
 }
 
 inline bool startsWith(const std::string& line, const std::string& prefix) { return line.rfind(prefix, 0) == 0; }

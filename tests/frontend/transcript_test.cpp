@@ -5,6 +5,8 @@
 //   ">| text"    the last input, sent without a line feed
 //   "; text"     a note for the reader
 //   "@args A B"  the engine's command-line arguments
+//   "@folder F"  the engine runs in the folder F beside the transcripts, and reads what is there;
+//                otherwise it runs in an empty folder
 //   "@startup"   the start-up lines: banner, table sizes, the start position and the prompt
 //   "@board R/R/R/R/R/R/R/R"  a board picture, its ranks as printed from the eighth down
 // and every other line is an output line, trailing blanks included: "{cores}" in it stands for
@@ -41,6 +43,7 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 
 struct Transcript {
   std::vector<std::string> args;
+  std::string folder;
   std::string input;
   Lines output;
 };
@@ -55,6 +58,8 @@ Transcript readTranscript(const std::string& name) {
       t.input += input(line.substr(3));
     } else if (startsWith(line, ">")) {
       t.input += input(line.substr(std::min<std::size_t>(2, line.size()))) + "\n";
+    } else if (startsWith(line, "@folder ")) {
+      t.folder = (transcriptFolder / line.substr(8)).string();
     } else if (startsWith(line, "@args ")) {
       t.args = split(line.substr(6), ' ');
     } else if (line == "@startup") {
@@ -75,7 +80,7 @@ class TranscriptTest : public ::testing::TestWithParam<std::string> {};
 TEST_P(TranscriptTest, Replays) {
   const Transcript t = readTranscript(GetParam());
   ASSERT_FALSE(t.output.empty()) << "no transcript " << GetParam();
-  EngineOutput run = runEngine(t.input, t.args);
+  EngineOutput run = runEngine(t.input, t.args, std::chrono::seconds(120), t.folder);
   EXPECT_FALSE(run.timedOut);
   EXPECT_EQ(run.exitCode, 0);
   // A transcript line that ends in "*" takes the engine's line if it begins with the rest.
