@@ -29,10 +29,12 @@ namespace {
 
 const std::filesystem::path transcriptFolder = std::filesystem::path(TORVY_TEST_DATA) / "transcripts";
 
-std::vector<std::string> transcriptNames() {
+// The transcripts in a folder, by their paths below the transcript folder without ".txt".
+std::vector<std::string> transcriptsIn(const std::string& folder) {
   std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(transcriptFolder))
-    if (entry.path().extension() == ".txt") names.push_back(entry.path().stem().string());
+  for (const auto& entry : std::filesystem::directory_iterator(transcriptFolder / folder))
+    if (entry.path().extension() == ".txt")
+      names.push_back((std::filesystem::path(folder) / entry.path().stem()).string());
   std::sort(names.begin(), names.end());
   return names;
 }
@@ -92,8 +94,14 @@ TEST_P(TranscriptTest, Replays) {
   EXPECT_EQ(run.lines, t.output);
 }
 
-INSTANTIATE_TEST_SUITE_P(Protocol, TranscriptTest, ::testing::ValuesIn(transcriptNames()),
-                         [](const auto& info) { return info.param; });
+std::string testName(const ::testing::TestParamInfo<std::string>& info) {
+  return std::filesystem::path(info.param).filename().string();
+}
+
+// Sessions of the protocol, which the race-checking build runs too, and the diagnostic
+// reports, single-threaded and too slow for it.
+INSTANTIATE_TEST_SUITE_P(Protocol, TranscriptTest, ::testing::ValuesIn(transcriptsIn("")), testName);
+INSTANTIATE_TEST_SUITE_P(Reports, TranscriptTest, ::testing::ValuesIn(transcriptsIn("reports")), testName);
 
 }  // namespace
 }  // namespace torvy::testing
