@@ -9,6 +9,7 @@
 #include "eval/packed_score.h"
 #include "eval/pawns.h"
 #include "eval/pieces.h"
+#include "eval/slider_attacks.h"
 
 namespace torvy {
 
@@ -31,7 +32,10 @@ ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, con
 }  // namespace
 
 // The other tables of the evaluation are built by the compiler.
-void initEvaluation() { initPieceSquareTables(); }
+void initEvaluation() {
+  initPieceSquareTables();
+  initSliderAttacks();
+}
 
 template <class Book>
 int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, int beta, Book& book) {

@@ -56,7 +56,7 @@ ScorePair rookFile(int file, int enemyKingFile, const PawnInfo& info) {
 }  // namespace
 
 PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color) {
-  return pack(queenMobilityTable[sliderSquares<kingDeltas>(square, Occupancy::of(board), color)]);
+  return pack(queenMobilityTable[queenSquares(square, Occupancy::of(board), color)]);
 }
 
 namespace {
@@ -79,14 +79,13 @@ template <PieceType Type, Color Us, class Book>
     piece = knightMobility[knightSquares(s, around.occupancy, Us)];
     book.add(EvalTerm::Knights, Us, piece);
   } else if constexpr (Type == Bishop) {
-    piece = bishopMobility[sliderSquares<bishopDeltas>(s, around.occupancy, Us)];
+    piece = bishopMobility[bishopSquares(s, around.occupancy, Us)];
     book.add(EvalTerm::Bishops, Us, piece);
   } else if constexpr (Type == Rook) {
-    piece = rookMobility[sliderSquares<rookDeltas>(s, around.occupancy, Us)] +
-            rookFile(fileOf(s), enemyKingFile, around.info);
+    piece = rookMobility[rookSquares(s, around.occupancy, Us)] + rookFile(fileOf(s), enemyKingFile, around.info);
     book.add(EvalTerm::Rooks, Us, piece);
   } else if constexpr (Type == Queen) {
-    piece = queenMobilityTable[sliderSquares<kingDeltas>(s, around.occupancy, Us)];
+    piece = queenMobilityTable[queenSquares(s, around.occupancy, Us)];
     if (around.info.openFiles >> fileOf(s) & 1) piece += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
     book.add(EvalTerm::Queens, Us, piece);
   }

@@ -89,11 +89,9 @@ TEST_F(PiecesTest, MobilityAgreesWithWalksOnTheBoard) {
         ++pieces;
         switch (b.pieceOn[s]) {
           case Knight: EXPECT_EQ(knightSquares(s, occupancy, c), walk(b, s, knightDeltas, 8, false)); break;
-          case Bishop:
-            EXPECT_EQ(sliderSquares<bishopDeltas>(s, occupancy, c), walk(b, s, bishopDeltas, 4, true));
-            break;
-          case Rook: EXPECT_EQ(sliderSquares<rookDeltas>(s, occupancy, c), walk(b, s, rookDeltas, 4, true)); break;
-          case Queen: EXPECT_EQ(sliderSquares<kingDeltas>(s, occupancy, c), walk(b, s, kingDeltas, 8, true)); break;
+          case Bishop: EXPECT_EQ(bishopSquares(s, occupancy, c), walk(b, s, bishopDeltas, 4, true)); break;
+          case Rook: EXPECT_EQ(rookSquares(s, occupancy, c), walk(b, s, rookDeltas, 4, true)); break;
+          case Queen: EXPECT_EQ(queenSquares(s, occupancy, c), walk(b, s, kingDeltas, 8, true)); break;
           default: break;
         }
       }
