@@ -1,8 +1,10 @@
-// Where the men stand, as square sets, read from the board's colour array a rank at a time.
+// Where the men stand, as square sets, read from the board's piece lists.
 #pragma once
 
-#include <cstdint>
-#include <cstring>
+#include <array>
+#include <cstddef>
+#include <type_traits>
+#include <utility>
 
 #include "board/board.h"
 #include "eval/square_set.h"
@@ -11,18 +13,21 @@ namespace torvy {
 
 namespace detail {
 
-// Bit 0 of each of the eight bytes of a row to bits 0 to 7 of the result.
-constexpr std::uint64_t ByteLowBits = 0x0101010101010101;
-constexpr unsigned gatherRow(std::uint64_t lowBits) { return unsigned(lowBits * 0x0102040810204080 >> 56); }
+// The bit of each 0x88 square, and none for any square off the board, which an empty slot of
+// a piece list holds: each slot costs one load and one OR, with no test.
+constexpr std::array<SquareSet, 256> makeSlotBits() {
+  std::array<SquareSet, 256> bits{};
+  for (int s = 0; s < 256; ++s)
+    if (onBoard(s)) bits[s] = SquareSet(1) << toSquare64(Square88(s));
+  return bits;
+}
+inline constexpr std::array<SquareSet, 256> slotBits = makeSlotBits();
 
-static_assert([] {
-  for (unsigned pattern = 0; pattern < 256; ++pattern) {
-    std::uint64_t bytes = 0;
-    for (int k = 0; k < 8; ++k) bytes |= std::uint64_t(pattern >> k & 1) << (8 * k);
-    if (gatherRow(bytes) != pattern) return false;
-  }
-  return true;
-}());
+// One OR per slot; as a loop, the compiler turned it into a slower vector gather.
+template <std::size_t... Slot>
+[[gnu::always_inline]] inline SquareSet menIn(const Square88* list, std::index_sequence<Slot...>) {
+  return (slotBits[list[Slot]] | ...);
+}
 
 }  // namespace detail
 
@@ -32,17 +37,11 @@ struct Occupancy {
 
   SquareSet men(Color c) const { return c == Black ? black : all & ~black; }
 
-  // NoColor has bit 1 set, Black bit 0, White neither.
+  // Two lists of 16 slots are a quarter of the 128 bytes of the colour array.
   static Occupancy of(const Board_0x88& board) {
-    static_assert(White == 0 && Black == 1 && NoColor == 2);
-    Occupancy occupancy{0, 0};
-    for (int rank = 0; rank < 8; ++rank) {
-      std::uint64_t row;
-      std::memcpy(&row, &board.colorOn[rank * 16], sizeof row);
-      occupancy.all |= SquareSet(detail::gatherRow(~row >> 1 & detail::ByteLowBits)) << (rank * 8);
-      occupancy.black |= SquareSet(detail::gatherRow(row & detail::ByteLowBits)) << (rank * 8);
-    }
-    return occupancy;
+    constexpr auto slots = std::make_index_sequence<std::extent_v<decltype(Board_0x88::pieceList), 1>>();
+    const SquareSet black = detail::menIn(board.pieceList[Black], slots);
+    return {detail::menIn(board.pieceList[White], slots) | black, black};
   }
 };
 
