@@ -33,18 +33,8 @@ bool hasMatingMaterial(const std::uint8_t (&count)[8]) {
   return minors > 2 || (minors == 2 && count[Bishop] > 0);
 }
 
-// Both halves in one word, the end game half 65536 times the middle game half's weight: sums
-// and products by counts then cost one operation for the pair. Unsigned, so wrapping is defined.
-constexpr std::uint32_t packedWeight(ScorePair p) { return std::uint32_t(p.mg) + (std::uint32_t(p.eg) << 16); }
-
-// Splits a packed sum into its halves, each cut to 16 bits.
-constexpr ScorePair unpackSum(std::uint32_t sum) {
-  const std::int16_t mg = std::int16_t(std::uint16_t(sum));
-  return ScorePair{mg, std::int16_t(std::uint16_t((sum - std::uint32_t(std::int32_t(mg))) >> 16))};
-}
-
 // The bishop pair and the pawn-count adjustment of one colour, packed.
-std::uint32_t colourAdjustment(const std::uint8_t (&count)[8]) {
+PackedSum colourAdjustment(const std::uint8_t (&count)[8]) {
   const std::uint32_t pawnsAboveFive = std::uint32_t(count[Pawn]) - 5;
   return (count[Bishop] > 1 ? packedWeight(bishopPair) : 0) +
          pawnsAboveFive * (count[Knight] * packedWeight(knightPerPawn) + count[Rook] * packedWeight(rookPerPawn));
@@ -61,7 +51,7 @@ MaterialInfo buildMaterial(const Board_0x88& board) {
   m.phase = std::uint8_t(std::min(phase, 24u));
   // The piece values are the same for both colours, so only the differences of the counts
   // need multiplying.
-  std::uint32_t balance = colourAdjustment(white) - colourAdjustment(black);
+  PackedSum balance = colourAdjustment(white) - colourAdjustment(black);
   for (PieceType t = Pawn; t <= Queen; ++t)
     balance += (std::uint32_t(white[t]) - black[t]) * packedWeight(pieceValue[t]);
   const ScorePair halves = unpackSum(balance);

@@ -58,12 +58,12 @@ constexpr TropismTable makeTropismTable() {
 }
 inline constexpr TropismTable tropismTable = makeTropismTable();
 
-using TropismScores = std::array<std::array<ScorePair, 128>, 7>;
+using TropismScores = std::array<std::array<PackedSum, 128>, 7>;
 
 constexpr TropismScores makeTropismScores() {
   TropismScores scores{};
   for (PieceType t = Pawn; t <= King; ++t)
-    for (int d = 0; d < 128; ++d) scores[t][d] = scaled(tropismWeight[t], tropismTable[t][d]);
+    for (int d = 0; d < 128; ++d) scores[t][d] = packedWeight(scaled(tropismWeight[t], tropismTable[t][d]));
   return scores;
 }
 inline constexpr TropismScores tropismScores = makeTropismScores();
@@ -93,7 +93,7 @@ inline constexpr PawnTropismTable pawnTropismTable = makePawnTropismTable();
 
 }  // namespace detail
 
-inline ScorePair tropism(PieceType type, Square88 square, Square88 enemyKingSquare) {
+inline PackedSum tropism(PieceType type, Square88 square, Square88 enemyKingSquare) {
   return detail::tropismScores[type][std::abs(int(square) - int(enemyKingSquare))];
 }
 
