@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 
 #include "board/types.h"
 #include "eval/packed_score.h"
@@ -58,12 +57,16 @@ constexpr TropismTable makeTropismTable() {
 }
 inline constexpr TropismTable tropismTable = makeTropismTable();
 
-using TropismScores = std::array<std::array<PackedSum, 128>, 7>;
+// By the signed difference, offset by DifferenceOffset: with both signs in the table, no
+// absolute value needs taking, which cost more instructions than the lookup itself.
+constexpr int DifferenceOffset = 128;
+using TropismScores = std::array<std::array<PackedSum, 2 * DifferenceOffset>, 7>;
 
 constexpr TropismScores makeTropismScores() {
   TropismScores scores{};
   for (PieceType t = Pawn; t <= King; ++t)
-    for (int d = 0; d < 128; ++d) scores[t][d] = packedWeight(scaled(tropismWeight[t], tropismTable[t][d]));
+    for (int d = 1 - DifferenceOffset; d < DifferenceOffset; ++d)
+      scores[t][d + DifferenceOffset] = packedWeight(scaled(tropismWeight[t], tropismTable[t][d < 0 ? -d : d]));
   return scores;
 }
 inline constexpr TropismScores tropismScores = makeTropismScores();
@@ -94,7 +97,7 @@ inline constexpr PawnTropismTable pawnTropismTable = makePawnTropismTable();
 }  // namespace detail
 
 inline PackedSum tropism(PieceType type, Square88 square, Square88 enemyKingSquare) {
-  return detail::tropismScores[type][std::abs(int(square) - int(enemyKingSquare))];
+  return detail::tropismScores[type][detail::DifferenceOffset + int(square) - int(enemyKingSquare)];
 }
 
 // The tropism of all pawns of the colour at once.
