@@ -25,8 +25,11 @@ template <Color Us, class Book>
 ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
                       const Occupancy& occupancy, Book& book) {
   ScorePair pair = unpack(pieceTerms<Us>(board, info, occupancy, book)) +
-                   unpack(passedPawnScore<Us>(board, material, info, occupancy, book));
-  return pair + unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[opposite(Us)], book));
+                   unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[opposite(Us)], book));
+  // Most positions have no passed pawn, and the call cost more than this test; the term of
+  // none is zero.
+  if (info.passed[Us] != 0) pair += unpack(passedPawnScore<Us>(board, material, info, occupancy, book));
+  return pair;
 }
 
 }  // namespace
