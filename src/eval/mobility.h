@@ -25,21 +25,25 @@ inline constexpr std::array<SquareSet, 64> knightTargetTable = makeKnightTargets
 
 }  // namespace detail
 
-inline int knightSquares(Square88 square, const Occupancy& occupancy, Color us) {
-  return countSquares(detail::knightTargetTable[toSquare64(square)] & ~occupancy.men(us));
+// The targets are the empty squares and those of enemy men, computed once for all the men of a
+// colour.
+inline SquareSet targetsOf(const Occupancy& occupancy, Color us) { return ~occupancy.men(us); }
+
+inline int knightSquares(Square88 square, SquareSet targets) {
+  return countSquares(detail::knightTargetTable[toSquare64(square)] & targets);
 }
 
-inline int bishopSquares(Square88 square, const Occupancy& occupancy, Color us) {
-  return countSquares(bishopAttacks(toSquare64(square), occupancy.all) & ~occupancy.men(us));
+inline int bishopSquares(Square88 square, SquareSet all, SquareSet targets) {
+  return countSquares(bishopAttacks(toSquare64(square), all) & targets);
 }
 
-inline int rookSquares(Square88 square, const Occupancy& occupancy, Color us) {
-  return countSquares(rookAttacks(toSquare64(square), occupancy.all) & ~occupancy.men(us));
+inline int rookSquares(Square88 square, SquareSet all, SquareSet targets) {
+  return countSquares(rookAttacks(toSquare64(square), all) & targets);
 }
 
-inline int queenSquares(Square88 square, const Occupancy& occupancy, Color us) {
+inline int queenSquares(Square88 square, SquareSet all, SquareSet targets) {
   const int s = toSquare64(square);
-  return countSquares((bishopAttacks(s, occupancy.all) | rookAttacks(s, occupancy.all)) & ~occupancy.men(us));
+  return countSquares((bishopAttacks(s, all) | rookAttacks(s, all)) & targets);
 }
 
 }  // namespace torvy

@@ -64,7 +64,8 @@ PackedSum rookFile(int file, int enemyKingFile, const PawnInfo& info) {
 }  // namespace
 
 PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color) {
-  return pack(unpackSum(queenMobilityTable[queenSquares(square, Occupancy::of(board), color)]));
+  const Occupancy occupancy = Occupancy::of(board);
+  return pack(unpackSum(queenMobilityTable[queenSquares(square, occupancy.all, targetsOf(occupancy, color))]));
 }
 
 namespace {
@@ -73,7 +74,8 @@ namespace {
 struct Surroundings {
   const Board_0x88& board;
   const PawnInfo& info;
-  const Occupancy& occupancy;
+  SquareSet all;
+  SquareSet targets;  // for the colour's men
   Square88 enemyKing;
 };
 
@@ -84,16 +86,16 @@ template <PieceType Type, Color Us, class Book>
   const int enemyKingFile = fileOf(around.enemyKing);
   PackedSum piece = 0;  // the king has no piece terms
   if constexpr (Type == Knight) {
-    piece = knightMobility[knightSquares(s, around.occupancy, Us)];
+    piece = knightMobility[knightSquares(s, around.targets)];
     book.add(EvalTerm::Knights, Us, unpackSum(piece));
   } else if constexpr (Type == Bishop) {
-    piece = bishopMobility[bishopSquares(s, around.occupancy, Us)];
+    piece = bishopMobility[bishopSquares(s, around.all, around.targets)];
     book.add(EvalTerm::Bishops, Us, unpackSum(piece));
   } else if constexpr (Type == Rook) {
-    piece = rookMobility[rookSquares(s, around.occupancy, Us)] + rookFile(fileOf(s), enemyKingFile, around.info);
+    piece = rookMobility[rookSquares(s, around.all, around.targets)] + rookFile(fileOf(s), enemyKingFile, around.info);
     book.add(EvalTerm::Rooks, Us, unpackSum(piece));
   } else if constexpr (Type == Queen) {
-    piece = queenMobilityTable[queenSquares(s, around.occupancy, Us)];
+    piece = queenMobilityTable[queenSquares(s, around.all, around.targets)];
     if (around.info.openFiles >> fileOf(s) & 1) piece += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
     book.add(EvalTerm::Queens, Us, unpackSum(piece));
   }
@@ -141,7 +143,7 @@ void scoreSharedSlots(const Surroundings& around, PackedSum& total, Book& book) 
 
 template <Color Us, class Book>
 PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occupancy& occupancy, Book& book) {
-  const Surroundings around{board, info, occupancy, board.kingSquare(opposite(Us))};
+  const Surroundings around{board, info, occupancy.all, targetsOf(occupancy, Us), board.kingSquare(opposite(Us))};
   const ScorePair pawns = pawnTropism(Us, info.pawns[Us], around.enemyKing);
   book.add(EvalTerm::KingTropism, Us, pawns);
   PackedSum total = packedWeight(pawns);
