@@ -96,19 +96,24 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
     info.pawns[Black] = data.pawns[Black];
     info.openFiles = data.openFiles;
     info.halfOpenFiles = data.halfOpenFiles;
+    // Passed pawns are rare, and the entry tells which colours have any: the spans of the
+    // others need no filling.
+    info.passed[White] = data.passedColours >> White & 1 ? passedPawns<White>(info) : 0;
+    info.passed[Black] = data.passedColours >> Black & 1 ? passedPawns<Black>(info) : 0;
     book.add(EvalTerm::PawnStructure, White, unpack(data.structure));
   } else {
     collectPawns(info, board);
+    info.passed[White] = passedPawns<White>(info);
+    info.passed[Black] = passedPawns<Black>(info);
     const ScorePair black = unpack(pawnStructure<Black>(info, book));
     const ScorePair white = unpack(pawnStructure<White>(info, book));
-    data =
-        PawnHashData{{info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles};
+    const auto passedColours = std::uint8_t((info.passed[White] != 0) << White | (info.passed[Black] != 0) << Black);
+    data = PawnHashData{
+        {info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles, passedColours};
     entry.store(key, data);
   }
   info.openFileCount = std::uint8_t(countSquares(info.openFiles));
   info.halfOpenFileCount = std::uint8_t(countSquares(info.halfOpenFiles));
-  info.passed[White] = passedPawns<White>(info);
-  info.passed[Black] = passedPawns<Black>(info);
   return data.structure;
 }
 
