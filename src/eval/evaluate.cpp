@@ -70,7 +70,7 @@ int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, in
 
   PawnInfo info;
   const int pawnScore = taper(unpack(evaluatePawns(info, board, pawnHash, book)), phase);
-  const Occupancy occupancy = Occupancy::of(board);
+  const Occupancy occupancy = Occupancy::of(board, info.pawns[White], info.pawns[Black]);
   const int whiteTerms = taper(colourTerms<White>(board, material, info, occupancy, book), phase);
   const int blackTerms = taper(colourTerms<Black>(board, material, info, occupancy, book), phase);
   const int whiteView = pawnScore + whiteTerms - blackTerms;

@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstddef>
-#include <type_traits>
 #include <utility>
 
 #include "board/board.h"
@@ -31,17 +30,31 @@ template <std::size_t... Slot>
 
 }  // namespace detail
 
+// Slots 0 to 7 of a piece list belong to the pieces; 8 to 15 to the pawns, and to pieces
+// promoted beyond their own slots.
+constexpr int SharedSlotsBegin = 8;
+constexpr int SlotCount = 16;
+
 struct Occupancy {
   SquareSet all;
   SquareSet black;
 
   SquareSet men(Color c) const { return c == Black ? black : all & ~black; }
 
-  // Two lists of 16 slots are a quarter of the 128 bytes of the colour array.
-  static Occupancy of(const Board_0x88& board) {
-    constexpr auto slots = std::make_index_sequence<std::extent_v<decltype(Board_0x88::pieceList), 1>>();
-    const SquareSet black = detail::menIn(board.pieceList[Black], slots);
-    return {detail::menIn(board.pieceList[White], slots) | black, black};
+  // Pawns already known, from the pawn hash, spare reading their slots: only when the count
+  // says that a piece stands among them are those slots read. Without pawns, all are.
+  static Occupancy of(const Board_0x88& board, SquareSet whitePawns = 0, SquareSet blackPawns = 0) {
+    const SquareSet black = menOf(board, Black, blackPawns);
+    return {menOf(board, White, whitePawns) | black, black};
+  }
+
+ private:
+  static SquareSet menOf(const Board_0x88& board, Color c, SquareSet pawns) {
+    SquareSet men = pawns | detail::menIn(board.pieceList[c], std::make_index_sequence<SharedSlotsBegin>());
+    if (countSquares(men) != board.totalCount(c))
+      men |= detail::menIn(board.pieceList[c] + SharedSlotsBegin,
+                           std::make_index_sequence<SlotCount - SharedSlotsBegin>());
+    return men;
   }
 };
 

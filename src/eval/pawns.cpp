@@ -21,10 +21,8 @@ constexpr ScorePair passedBonus[12] = {{0, 0},   {97, 188}, {76, 133}, {20, 84},
 constexpr ScorePair unstoppableBonus[12] = {{0, 0},   {193, 420}, {143, 339}, {95, 90}, {-33, 72}, {-38, 47},
                                             {-9, 55}, {0, 0},     {0, 0},     {0, 0},   {0, 0},    {0, 0}};
 
-constexpr int PawnSlotsBegin = 8;
 constexpr SquareSet FileA = 0x0101010101010101;
 constexpr SquareSet FileH = FileA << 7;
-constexpr int SlotCount = 16;
 
 // The nearest of a non-empty set in the direction in which Us advances.
 template <Color Us>
@@ -50,7 +48,7 @@ SquareSet enemyPawnAttackers(SquareSet set, int file) {
 
 void collectPawns(PawnInfo& info, const Board_0x88& board) {
   for (Color c : {White, Black})
-    for (int slot = PawnSlotsBegin; slot < SlotCount; ++slot) {
+    for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
       const Square88 s = board.pieceList[c][slot];
       if (!onBoard(s) || board.pieceOn[s] != Pawn) continue;
       info.pawns[c] |= SquareSet(1) << toSquare64(s);

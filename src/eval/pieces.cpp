@@ -106,8 +106,6 @@ template <PieceType Type, Color Us, class Book>
 
 // Slots 0 to 7 belong to one type each, so their men need no dispatch.
 constexpr PieceType ownSlotType[8] = {King, Queen, Rook, Rook, Bishop, Bishop, Knight, Knight};
-constexpr int SharedSlotsBegin = 8;
-constexpr int SlotCount = 16;
 
 // Returns how many of the slots hold a man.
 template <Color Us, class Book, std::size_t... Slot>
