@@ -17,7 +17,7 @@ void fill(const detail::Magics& magics) {
     // Every subset of the mask in turn: subtracting the mask carries through its gaps.
     SquareSet blockers = 0;
     do {
-      detail::sliderAttackTable[m.offset + (blockers * m.factor >> m.shift)] = detail::walkAttacks<Deltas>(s, blockers);
+      m.attacks[blockers * m.factor >> m.shift] = detail::walkAttacks<Deltas>(s, blockers);
       blockers = (blockers - m.mask) & m.mask;
     } while (blockers != 0);
   }

@@ -5,6 +5,7 @@
 
 #include <array>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
 #include "board/geometry.h"
@@ -14,12 +15,14 @@ namespace torvy {
 
 namespace detail {
 
+// 32 bytes, so that a square's entry is found with one shift.
 struct Magic {
   SquareSet mask;        // the squares whose men can block, each ray's far end left out
   std::uint64_t factor;  // maps each set of blockers within the mask to its own index
-  std::uint32_t offset;  // where the square's attack sets begin in the table
-  std::uint8_t shift;    // 64 less the squares of the mask
+  SquareSet* attacks;    // the square's part of the table, indexed directly; filled at start-up
+  unsigned shift;        // 64 less the squares of the mask
 };
+static_assert(sizeof(Magic) == 32);
 
 // The squares reached from s along the steps, each ray up to and with the first man of all.
 template <const auto& Deltas>
@@ -45,19 +48,23 @@ constexpr SquareSet blockerMask(int s) {
 using Factors = std::array<std::uint64_t, 64>;
 using Magics = std::array<Magic, 64>;
 
+// Every set of blockers of every square has its entry.
 template <const auto& Deltas>
-constexpr Magics makeMagics(const Factors& factors, std::uint32_t offset) {
+constexpr std::size_t tableSize() {
+  std::size_t size = 0;
+  for (int s = 0; s < 64; ++s) size += std::size_t(1) << std::popcount(blockerMask<Deltas>(s));
+  return size;
+}
+
+template <const auto& Deltas>
+constexpr Magics makeMagics(const Factors& factors, SquareSet* attacks) {
   Magics magics{};
   for (int s = 0; s < 64; ++s) {
     const SquareSet mask = blockerMask<Deltas>(s);
-    magics[s] = {mask, factors[s], offset, std::uint8_t(64 - std::popcount(mask))};
-    offset += std::uint32_t(1) << std::popcount(mask);
+    magics[s] = {mask, factors[s], attacks, unsigned(64 - std::popcount(mask))};
+    attacks += std::size_t(1) << std::popcount(mask);
   }
   return magics;
-}
-
-constexpr std::uint32_t tableEnd(const Magics& magics) {
-  return magics[63].offset + (std::uint32_t(1) << (64 - magics[63].shift));
 }
 
 // Found by trying sparse random numbers, each the AND of three, until no two sets of blockers
@@ -101,15 +108,15 @@ inline constexpr Factors rookFactors = {
 };
 // clang-format on
 
-inline constexpr Magics bishopMagics = makeMagics<bishopDeltas>(bishopFactors, 0);
-inline constexpr Magics rookMagics = makeMagics<rookDeltas>(rookFactors, tableEnd(bishopMagics));
-inline constexpr std::uint32_t SliderTableSize = tableEnd(rookMagics);
+inline constexpr std::size_t BishopTableSize = tableSize<bishopDeltas>();
+inline constexpr std::size_t SliderTableSize = BishopTableSize + tableSize<rookDeltas>();
 
 extern std::array<SquareSet, SliderTableSize> sliderAttackTable;
 
-inline SquareSet lookUp(const Magic& m, SquareSet all) {
-  return sliderAttackTable[m.offset + ((all & m.mask) * m.factor >> m.shift)];
-}
+inline constexpr Magics bishopMagics = makeMagics<bishopDeltas>(bishopFactors, sliderAttackTable.data());
+inline constexpr Magics rookMagics = makeMagics<rookDeltas>(rookFactors, sliderAttackTable.data() + BishopTableSize);
+
+inline SquareSet lookUp(const Magic& m, SquareSet all) { return m.attacks[(all & m.mask) * m.factor >> m.shift]; }
 
 }  // namespace detail
 
