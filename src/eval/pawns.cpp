@@ -81,6 +81,20 @@ SquareSet passedPawns(const PawnInfo& info) {
   return info.pawns[Us] & ~span;
 }
 
+// What a pawn hash miss computes. Out of line: inlined, it made every hit save and restore
+// five registers.
+template <class Book>
+[[gnu::noinline]] PawnHashData analysePawns(PawnInfo& info, const Board_0x88& board, Book& book) {
+  collectPawns(info, board);
+  info.passed[White] = passedPawns<White>(info);
+  info.passed[Black] = passedPawns<Black>(info);
+  const ScorePair black = unpack(pawnStructure<Black>(info, book));
+  const ScorePair white = unpack(pawnStructure<White>(info, book));
+  const auto passedColours = std::uint8_t((info.passed[White] != 0) << White | (info.passed[Black] != 0) << Black);
+  return PawnHashData{
+      {info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles, passedColours};
+}
+
 }  // namespace
 
 template <class Book>
@@ -100,14 +114,7 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
     info.passed[Black] = data.passedColours >> Black & 1 ? passedPawns<Black>(info) : 0;
     book.add(EvalTerm::PawnStructure, White, unpack(data.structure));
   } else {
-    collectPawns(info, board);
-    info.passed[White] = passedPawns<White>(info);
-    info.passed[Black] = passedPawns<Black>(info);
-    const ScorePair black = unpack(pawnStructure<Black>(info, book));
-    const ScorePair white = unpack(pawnStructure<White>(info, book));
-    const auto passedColours = std::uint8_t((info.passed[White] != 0) << White | (info.passed[Black] != 0) << Black);
-    data = PawnHashData{
-        {info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles, passedColours};
+    data = analysePawns(info, board, book);
     entry.store(key, data);
   }
   info.openFileCount = std::uint8_t(countSquares(info.openFiles));
