@@ -77,6 +77,7 @@ struct Surroundings {
   SquareSet all;
   SquareSet targets;  // for the colour's men
   Square88 enemyKing;
+  KingTropism tropism;
 };
 
 // What one man earns, with its type known at compile time; the book is told each part. Inlined
@@ -99,7 +100,7 @@ template <PieceType Type, Color Us, class Book>
     if (around.info.openFiles >> fileOf(s) & 1) piece += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
     book.add(EvalTerm::Queens, Us, unpackSum(piece));
   }
-  const PackedSum nearKing = tropism(Type, s, around.enemyKing);
+  const PackedSum nearKing = around.tropism.of<Type>(s);
   book.add(EvalTerm::KingTropism, Us, unpackSum(nearKing));
   return piece + nearKing;
 }
@@ -141,7 +142,8 @@ void scoreSharedSlots(const Surroundings& around, PackedSum& total, Book& book) 
 
 template <Color Us, class Book>
 PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occupancy& occupancy, Book& book) {
-  const Surroundings around{board, info, occupancy.all, targetsOf(occupancy, Us), board.kingSquare(opposite(Us))};
+  const Square88 enemyKing = board.kingSquare(opposite(Us));
+  const Surroundings around{board, info, occupancy.all, targetsOf(occupancy, Us), enemyKing, KingTropism(enemyKing)};
   const ScorePair pawns = pawnTropism(Us, info.pawns[Us], around.enemyKing);
   book.add(EvalTerm::KingTropism, Us, pawns);
   PackedSum total = packedWeight(pawns);
