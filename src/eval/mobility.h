@@ -12,16 +12,15 @@ namespace torvy {
 
 namespace detail {
 
-constexpr std::array<SquareSet, 64> makeKnightTargets() {
-  std::array<SquareSet, 64> targets{};
-  for (int s = 0; s < 64; ++s)
-    for (int d : knightDeltas) {
-      const int t = toSquare88(Square64(s)) + d;
-      if (onBoard(t)) targets[s] |= SquareSet(1) << toSquare64(Square88(t));
-    }
+// By 0x88 square, as the slider tables are.
+constexpr std::array<SquareSet, 128> makeKnightTargets() {
+  std::array<SquareSet, 128> targets{};
+  for (int s = 0; s < 128; ++s)
+    for (int d : knightDeltas)
+      if (onBoard(s) && onBoard(s + d)) targets[s] |= SquareSet(1) << toSquare64(Square88(s + d));
   return targets;
 }
-inline constexpr std::array<SquareSet, 64> knightTargetTable = makeKnightTargets();
+inline constexpr std::array<SquareSet, 128> knightTargetTable = makeKnightTargets();
 
 }  // namespace detail
 
@@ -30,20 +29,19 @@ inline constexpr std::array<SquareSet, 64> knightTargetTable = makeKnightTargets
 inline SquareSet targetsOf(const Occupancy& occupancy, Color us) { return ~occupancy.men(us); }
 
 inline int knightSquares(Square88 square, SquareSet targets) {
-  return countSquares(detail::knightTargetTable[toSquare64(square)] & targets);
+  return countSquares(detail::knightTargetTable[square] & targets);
 }
 
 inline int bishopSquares(Square88 square, SquareSet all, SquareSet targets) {
-  return countSquares(bishopAttacks(toSquare64(square), all) & targets);
+  return countSquares(bishopAttacks(square, all) & targets);
 }
 
 inline int rookSquares(Square88 square, SquareSet all, SquareSet targets) {
-  return countSquares(rookAttacks(toSquare64(square), all) & targets);
+  return countSquares(rookAttacks(square, all) & targets);
 }
 
 inline int queenSquares(Square88 square, SquareSet all, SquareSet targets) {
-  const int s = toSquare64(square);
-  return countSquares((bishopAttacks(s, all) | rookAttacks(s, all)) & targets);
+  return countSquares((bishopAttacks(square, all) | rookAttacks(square, all)) & targets);
 }
 
 }  // namespace torvy

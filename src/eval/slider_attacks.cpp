@@ -13,7 +13,7 @@ namespace {
 template <const auto& Deltas>
 void fill(const detail::Magics& magics) {
   for (int s = 0; s < 64; ++s) {
-    const detail::Magic& m = magics[s];
+    const detail::Magic& m = magics[toSquare88(Square64(s))];
     // Every subset of the mask in turn: subtracting the mask carries through its gaps.
     SquareSet blockers = 0;
     do {

@@ -46,7 +46,9 @@ constexpr SquareSet blockerMask(int s) {
 }
 
 using Factors = std::array<std::uint64_t, 64>;
-using Magics = std::array<Magic, 64>;
+// By 0x88 square, the board's own index, which spares converting it at each lookup; the
+// entries off the board stay empty.
+using Magics = std::array<Magic, 128>;
 
 // Every set of blockers of every square has its entry.
 template <const auto& Deltas>
@@ -61,7 +63,7 @@ constexpr Magics makeMagics(const Factors& factors, SquareSet* attacks) {
   Magics magics{};
   for (int s = 0; s < 64; ++s) {
     const SquareSet mask = blockerMask<Deltas>(s);
-    magics[s] = {mask, factors[s], attacks, unsigned(64 - std::popcount(mask))};
+    magics[toSquare88(Square64(s))] = {mask, factors[s], attacks, unsigned(64 - std::popcount(mask))};
     attacks += std::size_t(1) << std::popcount(mask);
   }
   return magics;
@@ -123,7 +125,9 @@ inline SquareSet lookUp(const Magic& m, SquareSet all) { return m.attacks[(all &
 // Fills the table, once however often it is called.
 void initSliderAttacks();
 
-inline SquareSet bishopAttacks(int s, SquareSet all) { return detail::lookUp(detail::bishopMagics[s], all); }
-inline SquareSet rookAttacks(int s, SquareSet all) { return detail::lookUp(detail::rookMagics[s], all); }
+inline SquareSet bishopAttacks(Square88 square, SquareSet all) {
+  return detail::lookUp(detail::bishopMagics[square], all);
+}
+inline SquareSet rookAttacks(Square88 square, SquareSet all) { return detail::lookUp(detail::rookMagics[square], all); }
 
 }  // namespace torvy

@@ -13,7 +13,7 @@ template <const auto& Deltas>
 void expectEveryBlockerSetFindsItsWalk(const detail::Magics& magics) {
   std::mt19937_64 random(5);
   for (int s = 0; s < 64; ++s) {
-    const detail::Magic& m = magics[s];
+    const detail::Magic& m = magics[toSquare88(Square64(s))];
     SquareSet blockers = 0;
     do {
       const SquareSet all = blockers | (random() & ~m.mask);
