@@ -38,20 +38,26 @@ constexpr int SlotCount = 16;
 struct Occupancy {
   SquareSet all;
   SquareSet black;
+  // Whether a colour's pawn slots may hold a piece, promoted there; always so for a colour with
+  // pawns when the pawns were not given.
+  bool piecesInPawnSlots[2];
 
   SquareSet men(Color c) const { return c == Black ? black : all & ~black; }
 
   // Pawns already known, from the pawn hash, spare reading their slots: only when the count
   // says that a piece stands among them are those slots read. Without pawns, all are.
   static Occupancy of(const Board_0x88& board, SquareSet whitePawns = 0, SquareSet blackPawns = 0) {
-    const SquareSet black = menOf(board, Black, blackPawns);
-    return {menOf(board, White, whitePawns) | black, black};
+    Occupancy occupancy{0, 0, {false, false}};
+    occupancy.black = occupancy.menOf(board, Black, blackPawns);
+    occupancy.all = occupancy.menOf(board, White, whitePawns) | occupancy.black;
+    return occupancy;
   }
 
  private:
-  static SquareSet menOf(const Board_0x88& board, Color c, SquareSet pawns) {
+  SquareSet menOf(const Board_0x88& board, Color c, SquareSet pawns) {
     SquareSet men = pawns | detail::menIn(board.pieceList[c], std::make_index_sequence<SharedSlotsBegin>());
-    if (countSquares(men) != board.totalCount(c))
+    piecesInPawnSlots[c] = countSquares(men) != board.totalCount(c);
+    if (piecesInPawnSlots[c])
       men |= detail::menIn(board.pieceList[c] + SharedSlotsBegin,
                            std::make_index_sequence<SlotCount - SharedSlotsBegin>());
     return men;

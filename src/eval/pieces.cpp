@@ -108,18 +108,13 @@ template <PieceType Type, Color Us, class Book>
 // Slots 0 to 7 belong to one type each, so their men need no dispatch.
 constexpr PieceType ownSlotType[8] = {King, Queen, Rook, Rook, Bishop, Bishop, Knight, Knight};
 
-// Returns how many of the slots hold a man.
 template <Color Us, class Book, std::size_t... Slot>
-int scoreOwnSlots(const Surroundings& around, PackedSum& total, Book& book, std::index_sequence<Slot...>) {
-  int men = 0;
+void scoreOwnSlots(const Surroundings& around, PackedSum& total, Book& book, std::index_sequence<Slot...>) {
   auto scoreSlot = [&]<std::size_t I>() {
     const Square88 s = around.board.pieceList[Us][I];
-    if (!onBoard(s)) return;
-    total += scoreMan<ownSlotType[I], Us>(around, s, book);
-    ++men;
+    if (onBoard(s)) total += scoreMan<ownSlotType[I], Us>(around, s, book);
   };
   (scoreSlot.template operator()<Slot>(), ...);
-  return men;
 }
 
 // Slots 8 to 15: pawns, whose tropism is counted apart, and pieces beyond their own slots.
@@ -147,9 +142,9 @@ PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occu
   const ScorePair pawns = pawnTropism(Us, info.pawns[Us], around.enemyKing);
   book.add(EvalTerm::KingTropism, Us, pawns);
   PackedSum total = packedWeight(pawns);
-  const int ownSlotMen = scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
-  // Only a promotion puts a piece among the pawns' slots, which is rare enough to count first.
-  if (ownSlotMen < board.totalCount(Us) - board.pieceCount[Us][Pawn]) scoreSharedSlots<Us>(around, total, book);
+  scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
+  // Only a promotion puts a piece among the pawns' slots, which the occupancy's count found.
+  if (occupancy.piecesInPawnSlots[Us]) scoreSharedSlots<Us>(around, total, book);
   return pack(unpackSum(total));
 }
 
