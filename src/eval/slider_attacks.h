@@ -29,8 +29,8 @@ template <const auto& Deltas>
 constexpr SquareSet walkAttacks(int s, SquareSet all) {
   SquareSet attacks = 0;
   for (int d : Deltas)
-    for (int t = toSquare88(Square64(s)) + d; onBoard(t); t += d) {
-      const SquareSet bit = SquareSet(1) << toSquare64(Square88(t));
+    for (Square88 t = toSquare88(Square64(s)) + d; onBoard(t); t += d) {
+      const SquareSet bit = SquareSet(1) << toSquare64(t);
       attacks |= bit;
       if (all & bit) break;
     }
@@ -41,7 +41,7 @@ template <const auto& Deltas>
 constexpr SquareSet blockerMask(int s) {
   SquareSet mask = 0;
   for (int d : Deltas)
-    for (int t = toSquare88(Square64(s)) + d; onBoard(t + d); t += d) mask |= SquareSet(1) << toSquare64(Square88(t));
+    for (Square88 t = toSquare88(Square64(s)) + d; onBoard(t + d); t += d) mask |= SquareSet(1) << toSquare64(t);
   return mask;
 }
 
