@@ -161,12 +161,14 @@ void preparePerftHash(PerftTable& table, std::uint32_t sizeMB, std::ostream& out
 template <Color Us, bool InCheck>
 std::uint64_t perftNode(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, const CheckInfo& check) {
   ++nodes;
+  // The last ply only counts the moves, which needs no list.
+  if (depth == 1) {
+    CheckInfo own = check;
+    if constexpr (!InCheck) findCheck<Us>(board, own);
+    return countLegalMoves<Us>(board, own);
+  }
   MoveSelector selector;
   setUpSelector<Us, InCheck>(selector, board, check);
-  if (depth == 1) {
-    selector.nextAsGenerated<Us>();
-    return selector.list.count;
-  }
   const Key key = board.lightKeys[board.lightIndex];
   std::uint64_t sum = 0;
   if (probe(table, key, depth, sum)) return sum;
