@@ -47,6 +47,35 @@ inline Bitboard squaresBetween(Square88 a, Square88 b, int dir) {
   return rayMasks[dir][toSquare64(a)] & ~rayMasks[dir][toSquare64(b)] & ~squareBit(b);
 }
 
+// By colour, piece and Square64, the squares the piece could take on from there on an empty
+// board: a piece whose squares hold no enemy has no capture to look for.
+constexpr std::array<std::array<std::array<Bitboard, 64>, 7>, 2> makeCaptureReach() {
+  std::array<std::array<std::array<Bitboard, 64>, 7>, 2> reach{};
+  auto steps = [](int s, const int* deltas, int n) {
+    Bitboard b = 0;
+    for (int i = 0; i < n; ++i)
+      if (onBoard(s + deltas[i])) b |= Bitboard(1) << toSquare64(Square88(s + deltas[i]));
+    return b;
+  };
+  for (int s = 0; s < 128; ++s) {
+    if (!onBoard(s)) continue;
+    const Square64 s64 = toSquare64(Square88(s));
+    Bitboard straight = 0, diagonal = 0;
+    for (int dir = 1; dir < DirectionCount; ++dir)
+      (raySliderClass[dir] == StraightSlider ? straight : diagonal) |= rayMasks[dir][s64];
+    for (int c = White; c <= Black; ++c) {
+      reach[c][Pawn][s64] = steps(s, pawnCaptureDeltas[c], 2);
+      reach[c][Knight][s64] = steps(s, knightDeltas, 8);
+      reach[c][Bishop][s64] = diagonal;
+      reach[c][Rook][s64] = straight;
+      reach[c][Queen][s64] = straight | diagonal;
+      reach[c][King][s64] = steps(s, kingDeltas, 8);
+    }
+  }
+  return reach;
+}
+inline constexpr std::array<std::array<std::array<Bitboard, 64>, 7>, 2> captureReach = makeCaptureReach();
+
 // The direction indices of the walks in geometry.h, in the same order as their deltas.
 constexpr int rookDirections[4] = {8, 2, 4, 6};
 constexpr int bishopDirections[4] = {1, 3, 5, 7};

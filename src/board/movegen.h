@@ -200,6 +200,13 @@ template <Color Us, bool CapturesOnly, const int (&Directions)[4], class Sink, s
 template <Color Us, bool CapturesOnly, class Sink>
 [[gnu::always_inline]] inline void addPieceMoves(Generation<Sink>& gen, Square88 from, PieceType piece) {
   constexpr std::make_index_sequence<4> fourRays;
+  if constexpr (CapturesOnly) {
+    // Most pieces have nothing to take: one mask test instead of their steps and rays. A pawn
+    // about to promote is looked at all the same, for its push.
+    if ((captureReach[Us][piece][toSquare64(from)] & gen.enemies) == 0 &&
+        (piece != Pawn || relativeRank(Us, from) != 6))
+      return;
+  }
   const bool restricted = ((gen.restrictedPieces >> toSquare64(from)) & 1) != 0;
   if (restricted) gen.allowed = gen.inCheck ? gen.evasionTargets : pinLine<Us>(gen.board, from);
   switch (piece) {
