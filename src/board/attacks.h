@@ -25,9 +25,9 @@ inline bool isPinned(const PinInfo& pins, Square88 s) {
   return ((pins.straightPinned | pins.diagonalPinned) & squareBit(s)) != 0;
 }
 
-// The pin shortcut: a move needs the test make when in check, by the king, by a pinned
-// piece, or en passant (which can bare the king along the rank of both pawns). Generation
-// asks the first three once per piece.
+// The pin shortcut for a single stored move: it needs the test make when in check, by the
+// king, by a pinned piece, or en passant (which can bare the king along the rank of both
+// pawns). Generation narrows these further per piece (movegen.h).
 inline bool pieceNeedsLegalityTest(const Board_0x88& board, Square88 from, const PinInfo& pins) {
   return pins.check.checkers != 0 || board.pieceOn[from] == King || isPinned(pins, from);
 }

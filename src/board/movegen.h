@@ -1,5 +1,6 @@
 // Legal move generation in a fixed order: slots ascending, steps in table order.
-// Every move passes the pin shortcut or a test make on its way into the list.
+// Every move is tested on its way into the list: by its pin line, the check's squares and a
+// test make, or the king-step shortcut.
 #pragma once
 
 #include <bit>
@@ -71,10 +72,10 @@ struct MoveCounter {
   void addRun(Move, int, std::size_t n) { count += n < MoveList::Capacity - count ? n : MoveList::Capacity - count; }
 };
 
-// The helpers below are all inlined into generatePieceMoves, so that the sink's count and the
-// rest of this record stay in registers through the whole list.
 // What generation needs besides the board. The moves of a restricted piece, a pinned one or
 // any in check, must end on the squares allowed to it, and in check pass the test make too.
+// The helpers below are all inlined into generatePieceMovesInto, so that the sink's count and
+// the rest of this record stay in registers through the whole list.
 template <class Sink>
 struct Generation {
   Board_0x88& board;
