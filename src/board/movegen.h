@@ -28,7 +28,10 @@ void generateCaptures(Board_0x88& board, const PinInfo& pins, MoveList& list);
 template <Color Us>
 void generateCastling(Board_0x88& board, const PinInfo& pins, MoveList& list);
 
-// All legal moves of Us: en passant, then the pieces, then castling.
+// All legal moves of Us: en passant, then the pieces, then castling; check is the check state
+// of Us, found here by the form without it.
+template <Color Us>
+void generateLegalMovesFor(Board_0x88& board, const CheckInfo& check, MoveList& list);
 template <Color Us>
 void generateLegalMovesFor(Board_0x88& board, MoveList& list);
 
@@ -322,13 +325,18 @@ inline std::uint32_t countLegalMoves(Board_0x88& board, const CheckInfo& check) 
 }
 
 template <Color Us>
-inline void generateLegalMovesFor(Board_0x88& board, MoveList& list) {
-  CheckInfo check;
-  findCheck<Us>(board, check);
+inline void generateLegalMovesFor(Board_0x88& board, const CheckInfo& check, MoveList& list) {
   const PinInfo pins = computePinInfo<Us>(board, check);
   generateEnPassant<Us>(board, list);
   generateAllMoves<Us>(board, pins, list);
   generateCastling<Us>(board, pins, list);
+}
+
+template <Color Us>
+inline void generateLegalMovesFor(Board_0x88& board, MoveList& list) {
+  CheckInfo check;
+  findCheck<Us>(board, check);
+  generateLegalMovesFor<Us>(board, check, list);
 }
 
 }  // namespace torvy
