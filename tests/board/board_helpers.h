@@ -38,17 +38,9 @@ inline Move legalMove(Board_0x88& board, const char* text) {
   return m;
 }
 
-template <class F>
-void forSide(Color side, F&& f) {
-  if (side == White)
-    f(std::integral_constant<Color, White>{});
-  else
-    f(std::integral_constant<Color, Black>{});
-}
-
 inline void play(Board_0x88& board, const char* text, UndoRecord& undo) {
   const Move m = legalMove(board, text);
-  forSide(board.sideToMove, [&](auto us) { board.makeMove<us()>(m, undo); });
+  forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
 }
 
 inline void play(Board_0x88& board, std::initializer_list<const char*> texts) {

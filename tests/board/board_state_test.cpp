@@ -3,13 +3,13 @@
 
 #include "board/draw_rules.h"
 #include "board_helpers.h"
+#include "data_table.h"
 
 namespace torvy {
 namespace {
 
 using testing::boardFrom;
 using testing::expectSamePosition;
-using testing::forSide;
 
 void expectInvariants(const Board_0x88& board) {
   std::uint8_t counts[2][8] = {};
@@ -76,18 +76,18 @@ TEST(BoardState, EveryMakeUnmakePairRestoresEveryFieldAndKeysFollowTheMoves) {
       auto before = std::make_unique<Board_0x88>();
       *before = *board;
       for (std::uint32_t i = 0; i < list.count; ++i) {
-        forSide(board->sideToMove, [&](auto us) {
+        forSideToMove(*board, [&]<Color Us>() {
           UndoRecord undo;
-          board->makeMove<us()>(list[i], undo);
+          board->makeMove<Us>(list[i], undo);
           expectInvariants(*board);
-          board->unmakeMove<us()>(list[i], undo);
+          board->unmakeMove<Us>(list[i], undo);
           expectSamePosition(*board, *before);
-          board->makeMoveLight<us()>(list[i], undo);
+          board->makeMoveLight<Us>(list[i], undo);
           EXPECT_EQ(board->lightKeys[board->lightIndex], board->computeKey());
-          board->unmakeMoveLight<us()>(list[i], undo);
+          board->unmakeMoveLight<Us>(list[i], undo);
           expectSamePosition(*board, *before);
-          board->makeMoveTest<us()>(list[i], undo);
-          board->unmakeMoveTest<us()>(list[i], undo);
+          board->makeMoveTest<Us>(list[i], undo);
+          board->unmakeMoveTest<Us>(list[i], undo);
           expectSamePosition(*board, *before);
         });
       }
@@ -99,34 +99,20 @@ TEST(BoardState, EveryMakeUnmakePairRestoresEveryFieldAndKeysFollowTheMoves) {
       board->unmakeNullMove(undo);
       expectSamePosition(*board, *before);
       const Move chosen = list[random() % list.count];
-      forSide(board->sideToMove, [&](auto us) { board->makeMove<us()>(chosen, undo); });
+      forSideToMove(*board, [&]<Color Us>() { board->makeMove<Us>(chosen, undo); });
       if (board->historyIndex > 1000) break;
     }
   }
 }
 
-// Moves that change the rights, the en passant square or the clock lead to the position their
-// FEN describes, keys included: a rook taken at home drops its right, a double step sets the
-// square only beside an enemy pawn, castling counts as a quiet move.
+// Rows of data/moves_to_fen.txt: a position, moves, and the FEN of the position they lead to.
 TEST(BoardState, MovesLeadToThePositionOfTheirFen) {
-  struct Case {
-    const char* fen;
-    std::initializer_list<const char*> moves;
-    const char* result;
-  };
-  for (const Case& c : {
-           Case{"r3k2r/1P6/8/8/8/8/8/R3K2R w KQkq - 0 1", {"b7a8n"}, "N3k2r/8/8/8/8/8/8/R3K2R b KQk - 0 1"},
-           Case{"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1", {"a1a8"}, "R3k2r/8/8/8/8/8/8/4K2R b Kk - 0 1"},
-           Case{"r3k2r/8/8/8/3p4/8/4P3/R3K2R w KQkq - 5 20", {"e1g1"}, "r3k2r/8/8/8/3p4/8/4P3/R4RK1 b kq - 6 20"},
-           Case{"r3k2r/8/8/8/3p4/8/4P3/R4RK1 b kq - 6 20", {"a8b8", "e2e4"}, "1r2k2r/8/8/8/3pP3/8/8/R4RK1 b k e3 0 21"},
-           Case{"1r2k2r/8/8/8/3pP3/8/8/R4RK1 b k e3 0 21", {"b8c8", "g1g2"}, "2r1k2r/8/8/8/3pP3/8/6K1/R4R2 b k - 2 22"},
-           Case{"4k3/8/8/8/3pP3/8/8/4K3 b - e3 9 40", {"d4e3"}, "4k3/8/8/8/8/4p3/8/4K3 w - - 0 41"},
-           Case{StartFen, {"e2e4"}, "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1"},
-       }) {
-    SCOPED_TRACE(c.result);
-    auto played = boardFrom(c.fen);
-    testing::play(*played, c.moves);
-    auto expected = boardFrom(c.result);
+  for (const testing::DataRow& row : testing::dataTable("moves_to_fen.txt")) {
+    SCOPED_TRACE(row[2]);
+    auto played = boardFrom(row[0].c_str());
+    std::istringstream moves(row[1]);
+    for (std::string move; moves >> move;) testing::play(*played, {move.c_str()});
+    auto expected = boardFrom(row[2].c_str());
     EXPECT_EQ(0, std::memcmp(played->pieceOn, expected->pieceOn, sizeof played->pieceOn));
     EXPECT_EQ(played->castlingRights, expected->castlingRights);
     EXPECT_EQ(played->epSquare, expected->epSquare);

@@ -1,54 +1,16 @@
 #include "board_helpers.h"
+#include "data_table.h"
 
 namespace torvy {
 namespace {
 
 TEST(Fen, AcceptsAndRefuses) {
-  const std::string cut = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq -";
-  const std::string castling = "r3k2r/8/8/8/8/8/8/R3K2R w ";
-  const std::string afterE5 = "rnbqkbnr/pppp1ppp/8/4p3/8/8/PPPPPPPP/RNBQKBNR w KQkq ";
-  const std::pair<std::string, bool> cases[] = {
-      // Counters: both, the clock alone, or neither; the move number at least 1.
-      {cut, true},
-      {cut + " 1", true},
-      {cut + " 0", false},
-      {cut + " 12 0", false},
-      {cut + " -1 5", false},
-      {cut + " 12345 5", false},
-      {cut + " 12 " + std::string(5000, '0') + "1", true},
-      // Placement: eight ranks of eight squares; kings are not required.
-      {"8/8/8/8/8/8/8/8 w - - 0 1", true},
-      {"8/8/8/8/8/8/8 w - - 0 1", false},
-      {"8/8/8/8/8/8/8/8/8 w - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/4K2 w - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/4K4 w - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/4KR3 w - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/4K2X w - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/4K03 w - - 0 1", false},
-      {" 4k3/8/8/8/8/8/8/4K3 w - - 0 1", false},
-      {"4k3/8/8/8/8/8/8/4K3", false},
-      {"4k3/8/8/8/8/8/8/4K3 x - - 0 1", false},
-      // No slot for a second king or a ninth pawn; the side not to move may be in check.
-      {"4k3/8/8/8/8/8/8/3KK3 w - - 0 1", false},
-      {"4k3/8/8/8/8/8/PPPPPPPP/P3K3 w - - 0 1", false},
-      {"4k2R/8/8/8/8/8/8/4K3 w - - 0 1", true},
-      // Castling rights in the order KQkq, each once; an empty field means none.
-      {castling + "qk - 0 1", false},
-      {castling + "KK - 0 1", false},
-      {castling + "K- - 0 1", false},
-      {castling + "-K - 0 1", false},
-      {castling + "Kq - 0 1", true},
-      {castling + " - 0 1", true},
-      // En passant: a square behind a pawn that just moved two, for the right side.
-      {afterE5 + "e3 0 2", false},
-      {afterE5 + "e6x 0 2", false},
-      {afterE5 + "e6 0 2", true},
-      {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq e6 0 2", false},
-  };
-  for (const auto& [fen, accepted] : cases) {
-    Board_0x88 board;
-    EXPECT_EQ(setFromFen(board, fen.c_str()), accepted) << fen;
-  }
+  Board_0x88 board;
+  for (const testing::DataRow& row : testing::dataTable("fen.txt"))
+    EXPECT_EQ(setFromFen(board, row[0].c_str()), row[1] == "accepted") << row[0];
+  // What a row of data/fen.txt cannot hold: a leading blank, and a clock of 5000 digits.
+  EXPECT_FALSE(setFromFen(board, " 4k3/8/8/8/8/8/8/4K3 w - - 0 1"));
+  EXPECT_TRUE(setFromFen(board, ("4k3/8/8/8/8/8/8/4K3 w - - 12 " + std::string(5000, '0') + "1").c_str()));
 }
 
 TEST(Fen, SetsClockRightsAndEnPassantSquare) {

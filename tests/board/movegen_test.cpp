@@ -1,4 +1,5 @@
 #include "board_helpers.h"
+#include "data_table.h"
 
 namespace torvy {
 namespace {
@@ -84,31 +85,15 @@ TEST(MoveGeneration, FullListDropsTheRest) {
   EXPECT_EQ(list.count, 255u);
 }
 
-// Direct, discovered, by promotion, and where a walk from the king cannot see it: castling
-// (the rook), en passant (the captured pawn opens the rank), promotion on the square it takes.
 TEST(Attacks, GivesCheck) {
-  struct Case {
-    const char* fen;
-    Move move;
-    bool check;
-    Square88 checker;  // NoSquare: not looked at
-  };
-  const Case cases[] = {
-      {"4k3/8/8/8/8/8/8/4K1N1 w - - 0 1", makeNormalMove(sq::g1, sq::f6), true, sq::f6},
-      {"4k3/8/8/8/8/8/4N3/4RK2 w - - 0 1", makeNormalMove(sq::e2, sq::d4), true, sq::e1},
-      {"4k3/8/8/8/8/8/4P3/4RK2 w - - 0 1", makeNormalMove(sq::e2, sq::e4, true), false, NoSquare},
-      {"8/1P6/2k5/8/8/8/8/4K3 w - - 0 1", makePromotion(sq::b7, sq::b8, Knight), true, NoSquare},
-      {"8/8/3k4/8/4P3/8/8/4K3 w - - 0 1", makeNormalMove(sq::e4, sq::e5), true, NoSquare},
-      {"5k2/8/8/8/8/8/8/4K2R w K - 0 1", WhiteCastleKingSide, true, sq::f1},
-      {"8/8/8/R2pP2k/8/8/8/4K3 w - d6 0 1", makeEnPassant(sq::e5, sq::d6), true, sq::a5},
-      {"r7/1P6/8/8/4k3/8/8/4K3 w - - 0 1", makePromotion(sq::b7, sq::a8, Queen), true, sq::a8},
-  };
-  for (const Case& c : cases) {
-    auto board = boardFrom(c.fen);
+  for (const testing::DataRow& row : testing::dataTable("checks.txt")) {
+    auto board = boardFrom(row[0].c_str());
     const auto before = board->key();
     CheckInfo info;
-    EXPECT_EQ(givesCheck<White>(*board, c.move, info), c.check) << c.fen;
-    EXPECT_TRUE(c.checker == NoSquare || info.square == c.checker) << c.fen << ": " << int(info.square);
+    EXPECT_EQ(givesCheck<White>(*board, testing::legalMove(*board, row[1].c_str()), info), row[2] == "check") << row[0];
+    if (row[3] != "-") {
+      EXPECT_EQ(info.square, makeSquare(row[3][0] - 'a', row[3][1] - '1')) << row[0];
+    }
     EXPECT_EQ(board->key(), before) << "the board is left as it was";
   }
 }

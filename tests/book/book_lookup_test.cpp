@@ -5,6 +5,7 @@
 #include "book/book.h"
 #include "book/book_key.h"
 #include "book_helpers.h"
+#include "data_table.h"
 
 namespace torvy {
 namespace {
@@ -12,35 +13,12 @@ namespace {
 using testing::bookMove;
 using testing::StartKey;
 
-// A book move stores castling as king takes rook, and "a7a8" with a promotion field from 1
-// (knight) to 4 (queen); it must come out as our move of the position, or as none.
 TEST(BookMove, DecodesToTheMoveOfThePosition) {
-  constexpr const char* Castling = "r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1";
-  constexpr const char* Promotion = "1r2k3/P7/8/8/8/8/8/4K3 w - - 0 1";
-  struct Case {
-    const char* fen;
-    const char* stored;
-    unsigned promotion;
-    const char* expected;  // our move text, "" for none
-  };
-  const Case cases[] = {
-      {Castling, "e1h1", 0, "e1g1"},
-      {Castling, "e1g1", 0, "e1g1"},
-      {Castling, "e1a1", 0, "e1c1"},
-      {Castling, "e1c1", 0, "e1c1"},
-      {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", "e8h8", 0, "e8g8"},
-      {"rnbqkbnr/ppp1p1pp/8/3pPp2/8/8/PPPP1PPP/RNBQKBNR w KQkq f6 0 3", "e5f6", 0, "e5f6"},
-      {Promotion, "a7a8", 1, "a7a8n"},
-      {Promotion, "a7a8", 2, "a7a8b"},
-      {Promotion, "a7a8", 3, "a7a8r"},
-      {Promotion, "a7b8", 4, "a7b8q"},
-      {Promotion, "a7a8", 5, ""},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(::testing::Message() << c.stored << " field " << c.promotion << " in " << c.fen);
-    auto board = testing::boardFrom(c.fen);
-    const Move expected = *c.expected ? testing::legalMove(*board, c.expected) : NoMove;
-    EXPECT_EQ(decodeBookMove(*board, bookMove(c.stored, c.promotion)), expected);
+  for (const testing::DataRow& row : testing::dataTable("book_moves.txt")) {
+    SCOPED_TRACE(row[1] + " field " + row[2] + " in " + row[0]);
+    auto board = testing::boardFrom(row[0].c_str());
+    const Move expected = row[3] == "none" ? NoMove : testing::legalMove(*board, row[3].c_str());
+    EXPECT_EQ(decodeBookMove(*board, bookMove(row[1].c_str(), unsigned(std::stoi(row[2])))), expected);
   }
 }
 

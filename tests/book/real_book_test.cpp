@@ -49,7 +49,7 @@ TEST(RealBook, EveryEntryOnBookLinesIsALegalMove) {
         EXPECT_EQ(matches, 1) << "book move " << std::hex << it->second;
       }
       UndoRecord undo;
-      testing::forSide(board->sideToMove, [&](auto us) { board->makeMove<us()>(move, undo); });
+      forSideToMove(*board, [&]<Color Us>() { board->makeMove<Us>(move, undo); });
     }
   }
   EXPECT_GT(positions, 200);

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <utility>
-
+#include "data_table.h"
 #include "eval_fixture.h"
 
 namespace torvy {
@@ -12,29 +11,8 @@ namespace {
 class EndgameTest : public EvalFixture {};
 
 TEST_F(EndgameTest, FourManDrawScale) {
-  const std::pair<const char*, int> cases[] = {
-      // a-pawn with a dark bishop can't cover a8: a draw with the king next to the corner, half otherwise.
-      {"8/1k6/8/P7/8/8/8/2B1K3 w - - 0 1", 0},
-      {"8/8/2k5/P7/8/8/8/2B1K3 w - - 0 1", 50},
-      {"8/1k6/8/P7/8/8/8/3BK3 w - - 0 1", 100},
-      {"8/1k6/8/1P6/8/8/8/2B1K3 w - - 0 1", 100},
-      {"2b1k3/8/8/8/p7/8/1K6/8 w - - 0 1", 0},
-      // Queen against a rook or bishop pawn on the seventh with its king beside it.
-      {"Q7/8/8/8/8/8/7p/4K1k1 w - - 0 1", 25},
-      {"3K4/2P5/8/8/8/8/8/q6k w - - 0 1", 25},
-      {"K7/P7/8/8/8/8/8/q6k w - - 0 1", 25},
-      {"8/1K6/P7/8/8/8/8/q6k w - - 0 1", 100},
-      {"3K4/1P6/8/8/8/8/8/q6k w - - 0 1", 100},
-      {"2K5/3P4/8/8/8/8/8/q6k w - - 0 1", 100},
-      {"8/2P1K3/8/8/8/8/8/q6k w - - 0 1", 100},
-      {"8/8/8/8/8/8/5p2/Q3K1k1 w - - 0 1", 25},
-      // Rook against a minor piece, in either colour.
-      {"8/5k2/8/8/3R4/2K5/5b2/8 w - - 0 1", 25},
-      {"8/5k2/8/8/3r4/2K5/5N2/8 w - - 0 1", 12},
-      {"8/5k2/8/8/3R4/2K5/5p2/8 w - - 0 1", 100},
-      {"8/5k2/8/8/3R4/2K5/5bp1/8 w - - 0 1", 100},
-  };
-  for (const auto& [fen, scale] : cases) EXPECT_EQ(drawScale(setUp(fen)), scale) << fen;
+  for (const testing::DataRow& row : testing::dataTable("draw_scales.txt"))
+    EXPECT_EQ(drawScale(setUp(row[0].c_str())), std::stoi(row[1])) << row[0];
   EXPECT_EQ(score("8/1k6/8/P7/8/8/8/2B1K3 w - - 0 1"), 0);
 }
 

@@ -14,11 +14,6 @@
 
 namespace torvy {
 
-struct TermCase {
-  const char* fen;
-  ScorePair white;  // the term as the report books it for White
-};
-
 class EvalFixture : public ::testing::Test {
  protected:
   EvalFixture() {
@@ -45,10 +40,6 @@ class EvalFixture : public ::testing::Test {
     return report;
   }
 
-  void expectWhiteTerm(EvalTerm term, const TermCase& c) {
-    EXPECT_EQ(terms(c.fen).term(term, White), c.white) << c.fen;
-  }
-
   // Plays games of random legal moves from the start position and shows each position to visit.
   template <class Visit>
   void playRandomGames(int games, unsigned seed, Visit visit) {
@@ -61,10 +52,7 @@ class EvalFixture : public ::testing::Test {
         if (moves.count == 0) break;
         const Move m = moves[random() % moves.count];
         UndoRecord undo;
-        if (board.sideToMove == White)
-          board.makeMove<White>(m, undo);
-        else
-          board.makeMove<Black>(m, undo);
+        forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
         visit(board);
       }
     }

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <sstream>
 
@@ -11,6 +12,7 @@
 #include "eval/material.h"
 #include "eval/packed_score.h"
 
+#include "data_table.h"
 #include "eval_fixture.h"
 
 namespace torvy {
@@ -19,28 +21,22 @@ namespace {
 class EvaluateTest : public EvalFixture {};
 
 TEST_F(EvaluateTest, ReferenceValuesWithFullWindow) {
-  const std::pair<const char*, int> references[] = {
-      {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 1", 24},
-      {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - - 0 1", -127},
-      {"r1bq1rk1/pp2bppp/2n1pn2/3p4/3P4/2NBPN2/PP3PPP/R1BQ1RK1 w - - 0 1", 82},
-      {"8/2p5/3p4/KP5r/1R3p1k/8/4P1P1/8 w - - 0 1", -38},
-      {"8/8/8/4k3/8/3KP3/8/8 w - - 0 1", 87},
-      {"8/8/4k3/8/8/3BN3/4K3/8 b - - 10 1", -564},
-      {"8/8/8/8/3k4/8/8/K6R w - - 0 1", 475},
-      {"8/P5k1/8/8/8/B7/8/K7 w - - 0 1", 362},
-      {"7k/8/8/8/8/8/1p6/K6Q w - - 0 1", 1188},
-      {"8/5k2/8/8/3R4/2K5/5b2/8 w - - 0 1", 201},
-      {"4k3/8/8/8/8/8/4P3/4K3 b - - 99 1", -1},
-      // Six own pawns lift each knight; three bishops get one pair bonus; a third rook makes 25
-      // phase points, held at 24.
-      {"4k3/pppppp2/8/8/8/8/PPPPPP2/1N2K1N1 w - - 0 1", 769},
-      {"4k3/8/8/8/8/8/8/1BB1KB2 w - - 0 1", 1277},
-      {"rnbqkbnr/pppppppp/8/8/8/8/RPPPPPPP/RNBQKBNR w - - 0 1", 537},
-  };
-  for (const auto& [fen, value] : references) {
+  for (const testing::DataRow& row : testing::dataTable("evaluation.txt")) {
     // A cold and then a warm pawn hash must agree.
-    EXPECT_EQ(score(fen), value) << fen;
-    EXPECT_EQ(score(fen), value) << fen << " (pawn hash hit)";
+    EXPECT_EQ(score(row[0].c_str()), std::stoi(row[1])) << row[0];
+    EXPECT_EQ(score(row[0].c_str()), std::stoi(row[1])) << row[0] << " (pawn hash hit)";
+  }
+}
+
+// Terms that the evaluation books for White, by their names in the report.
+TEST_F(EvaluateTest, TermsOfHandCheckedPositions) {
+  const std::map<std::string, EvalTerm> names = {
+      {"Rooks", EvalTerm::Rooks},          {"Knights", EvalTerm::Knights},
+      {"Bishops", EvalTerm::Bishops},      {"King tropism", EvalTerm::KingTropism},
+      {"Weak pawns", EvalTerm::WeakPawns}, {"Passed pawns", EvalTerm::PassedPawns}};
+  for (const testing::DataRow& row : testing::dataTable("evaluation_terms.txt")) {
+    const ScorePair term = terms(row[1].c_str()).term(names.at(row[0]), White);
+    EXPECT_EQ(std::to_string(term.mg) + " " + std::to_string(term.eg), row[2]) << row[0] << ": " << row[1];
   }
 }
 

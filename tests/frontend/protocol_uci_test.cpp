@@ -1,12 +1,10 @@
-// The UCI mode as a GUI sees it: the handshake and options, searches with exactly one
-// "bestmove" each, refused input that leaves a usable position, and a stop or quit mid-search.
+// The UCI mode as a GUI sees it: searches with exactly one "bestmove" each, refused input that
+// leaves a usable position, and a stop or quit mid-search. The handshake is a transcript.
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "board/fen.h"
-#include "board/move_text.h"
-#include "frontend/line_reader.h"
+#include "board/board_helpers.h"
 #include "frontend/transcript.h"
 
 namespace torvy::testing {
@@ -19,59 +17,14 @@ Lines uciSession(std::vector<ScriptStep> steps) {
 }
 
 bool legalIn(const std::string& fen, const std::string& moves, const std::string& move) {
-  Board_0x88 board;
-  if (!setFromFen(board, fen.c_str())) return false;
-  for (const std::string& text : split(moves, ' ')) {
-    Move m = NoMove;
-    if (text.empty()) continue;
-    if (!parseCoordinateMove(board, text.c_str(), m)) return false;
+  auto board = boardFrom(fen.c_str());
+  std::istringstream played(moves);
+  for (std::string text; played >> text;) {
     UndoRecord undo;  // never taken back
-    forSideToMove(board, [&]<Color Us>() { board.makeMove<Us>(m, undo); });
+    play(*board, text.c_str(), undo);
   }
   Move m = NoMove;
-  return parseCoordinateMove(board, move.c_str(), m);
-}
-
-TEST(ProtocolUci, HandshakeOptionsAndRefusedSettings) {
-  const Lines out =
-      uciSession({{"setoption name Hash value 0\n"
-                   "setoption name Hash value 3000\n"
-                   "setoption name Threads value two\n"
-                   "setoption name Threads value 4097\n"
-                   "setoption name OwnBook value maybe\n"
-                   "setoption name Contempt value 10\n"
-                   "setoption Hash\n"
-                   "setoption name pawnhash value 8\n"
-                   "setoption name Clear Hash\n"
-                   "bench 2\n"
-                   "quit\n",
-                   0, "Nodes/second: "}});
-  const Lines expected{"id name Torvy 0.6.51",
-                       "id author the Torvy developers",
-                       "option name Hash type spin default 256 min 1 max 2048",
-                       "option name Threads type spin default 1 min 1 max ",
-                       "option name PawnHash type spin default 32 min 1 max 2048",
-                       "option name OwnBook type check default true",
-                       "option name BookFile type string default book.bin",
-                       "option name GaviotaTbPath type string default C:/gtb",
-                       "option name GaviotaTbCache type spin default 16 min 0 max 256",
-                       "option name Clear Hash type button",
-                       "uciok",
-                       "info string illegal value for Hash: 0",
-                       "info string illegal value for Hash: 3000",
-                       "info string illegal value for Threads: two",
-                       "info string illegal value for Threads: 4097",
-                       "info string illegal value for OwnBook: maybe",
-                       "info string unknown option: Contempt",
-                       "info string setoption without a name, ignored",
-                       "info string new size of Pawn hash: 8 MB",
-                       "info string new size of TT hash: 256 MB",
-                       "info string new size of Pawn hash: 8 MB",
-                       "Position 1/40: nodes "};
-  ASSERT_GE(out.size(), expected.size());
-  for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_TRUE(startsWith(out[i], expected[i])) << i << ": " << out[i];
-  // The bench prints as on the command line, its own mate notes included.
-  EXPECT_EQ(countStarting(out, "Nodes searched: "), 1);
+  return parseCoordinateMove(*board, move.c_str(), m);
 }
 
 // Run one after another: a refused position keeps the one before it, whose move must come.

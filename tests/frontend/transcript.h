@@ -1,4 +1,4 @@
-// Expected output pieces shared by the protocol tests, and ways to look for lines in a transcript.
+// Expected output pieces shared by the protocol tests, and ways to look for lines in the output.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,22 +21,19 @@ inline Lines boardPicture(const Lines& ranks) {
   return picture;
 }
 
-inline Lines startBoard() {
-  return boardPicture({"rnbqkbnr", "pppppppp", "........", "........", "........", "........", "PPPPPPPP", "RNBQKBNR"});
-}
-
-inline Lines banner() {
-  return {"# Torvy 0.6.51", "# a chess engine for xboard front ends, written in C++20", "# ", "feature done=0"};
-}
-
-inline Lines newTableLines() { return {"# new size of TT hash: 256 MB", "# new size of Pawn hash: 32 MB"}; }
-
-inline Lines refused(const std::string& command) { return {"# command \"" + command + "\" returned an error code "}; }
-
-inline Lines joined(std::initializer_list<Lines> parts) {
-  Lines all;
-  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
+// What the engine prints before it reads its first line, the prompt included.
+inline Lines startUpLines() {
+  Lines lines{"# Torvy 0.6.51",
+              "# a chess engine for xboard front ends, written in C++20",
+              "# ",
+              "feature done=0",
+              "# new size of TT hash: 256 MB",
+              "# new size of Pawn hash: 32 MB"};
+  for (const std::string& line :
+       boardPicture({"rnbqkbnr", "pppppppp", "........", "........", "........", "........", "PPPPPPPP", "RNBQKBNR"}))
+    lines.push_back(line);
+  lines.push_back("# Your move: ");
+  return lines;
 }
 
 inline bool startsWith(const std::string& line, const std::string& prefix) { return line.rfind(prefix, 0) == 0; }
@@ -58,15 +55,12 @@ inline Lines session(const std::vector<ScriptStep>& steps) {
   const EngineOutput run = runEngineScripted(steps);
   EXPECT_FALSE(run.timedOut);
   EXPECT_EQ(run.exitCode, 0);
-  const Lines startup = joined({banner(), newTableLines(), startBoard(), {"# Your move: "}});
+  const Lines startup = startUpLines();
   if (run.lines.size() < startup.size() || !std::equal(startup.begin(), startup.end(), run.lines.begin())) {
     ADD_FAILURE() << "unexpected start-up lines";
     return run.lines;
   }
   return Lines(run.lines.begin() + std::ptrdiff_t(startup.size()), run.lines.end());
 }
-
-// After "xboard" no prompt follows.
-inline Lines xboardSession(const std::string& commands) { return session({{"xboard\n" + commands}}); }
 
 }  // namespace torvy::testing

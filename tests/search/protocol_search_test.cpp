@@ -120,6 +120,22 @@ TEST(ProtocolSearch, AnalysisRestartsAfterEachChangeAndEndsWithTheInput) {
   EXPECT_EQ(endOfInput.exitCode, 0);
 }
 
+// A resize under a running search stops it first; the loop then starts it again on the new
+// table, which shows as a second thinking line of depth 1. No stopped search gives a move.
+TEST(ProtocolOption, ResizeDuringASearchRestartsTheSearch) {
+  const auto run = runEngineScripted({{"xboard\nlevel 40 600 0\ngo\n", 0, "1 "},
+                                      {"option ttHashSizeMB=8\negtpath gaviota /nonexistent\n", 0, "1 "},
+                                      {"force\n"}});
+  ASSERT_FALSE(run.timedOut);
+  EXPECT_EQ(run.exitCode, 0);
+  const std::size_t resized = findLine(run.lines, "# new size of TT hash: 8 MB");
+  ASSERT_LT(resized, run.lines.size());
+  EXPECT_EQ(run.lines[resized - 1], "# setting option: ttHashSizeMB=8");
+  EXPECT_LT(findLine(run.lines, "# initializing TB: type=gaviota path=/nonexistent", resized), run.lines.size());
+  EXPECT_LT(findLine(run.lines, "1 ", resized), run.lines.size());
+  EXPECT_EQ(countStarting(run.lines, "move "), 0);
+}
+
 // Needs Debian's gaviotatb tables. The root line has depth 0, mate in 3 plies, any time and no
 // nodes; no iteration runs, and of two threads only the first prints.
 TEST(ProtocolSearch, RootResolvedByTablebasesAnswersAtDepthZero) {

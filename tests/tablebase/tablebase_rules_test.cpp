@@ -68,8 +68,7 @@ class TablebaseRulesTest : public testing::InstalledTablesTest {
             board->addPiece(toSquare88(Square64(bk)), King, Black);
             board->addPiece(toSquare88(Square64(sq)), man, White);
             board->sideToMove = side;
-            testing::forSide(side, [&](auto us) {
-              constexpr Color Us = us();
+            forSideToMove(*board, [&]<Color Us>() {
               // With the opponent in check it is no position of a game; the tables call it forbidden.
               CheckInfo check;
               if (isKingAttacked<opposite(Us)>(*board, check)) return;

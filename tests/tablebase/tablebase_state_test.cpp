@@ -5,7 +5,7 @@
 #include <set>
 #include <string>
 
-#include "board/fen.h"
+#include "board/board_helpers.h"
 #include "tablebase/dtm_value.h"
 #include "tablebase/table_fixtures.h"
 
@@ -34,22 +34,18 @@ TEST(TablebaseValueTest, StoredBytesDecodeAndBecomeScoresForTheSideToMove) {
   EXPECT_FALSE(tablebaseScore(Black, ResultForbidden, 0, value));
 }
 
-Board_0x88 boardOf(const char* fen) {
-  Board_0x88 board;
-  EXPECT_TRUE(setFromFen(board, fen)) << fen;
-  return board;
-}
+using testing::boardFrom;
 
 TEST(TablebaseValueTest, ProbeRecordListsTheMenAndRecodesCastlingAndEnPassant) {
-  const TablebaseProbe probe = probeRecordOf(boardOf("4k3/8/8/3pP3/8/8/8/R3K2R w KQ d6 0 1"), White);
+  const TablebaseProbe probe = probeRecordOf(*boardFrom("4k3/8/8/3pP3/8/8/8/R3K2R w KQ d6 0 1"), White);
   EXPECT_EQ(probe.epSquare, 43u);
   EXPECT_EQ(probe.castling, ProbeWhiteKingSide | ProbeWhiteQueenSide);
   EXPECT_EQ(std::multiset(probe.whiteSquares.begin(), probe.whiteSquares.begin() + 5),
             (std::multiset<std::uint32_t>{0, 4, 7, 36, NoTableSquare}));
   EXPECT_EQ(probe.whitePieces[4], 0);
   EXPECT_EQ(probe.blackSquares[2], NoTableSquare);
-  EXPECT_EQ(probeRecordOf(boardOf("r3k2r/8/8/8/8/8/8/4K3 b k - 0 1"), Black).castling, ProbeBlackKingSide);
-  EXPECT_EQ(probeRecordOf(boardOf("r3k2r/8/8/8/8/8/8/4K3 b q - 0 1"), Black).castling, ProbeBlackQueenSide);
+  EXPECT_EQ(probeRecordOf(*boardFrom("r3k2r/8/8/8/8/8/8/4K3 b k - 0 1"), Black).castling, ProbeBlackKingSide);
+  EXPECT_EQ(probeRecordOf(*boardFrom("r3k2r/8/8/8/8/8/8/4K3 b q - 0 1"), Black).castling, ProbeBlackQueenSide);
 }
 
 class TablebaseStateTest : public testing::InstalledTablesTest {
@@ -63,7 +59,8 @@ class TablebaseStateTest : public testing::InstalledTablesTest {
 // Only "gaviota" sets the tables up; the folders are searched in order, and each set-up starts
 // with an empty cache.
 TEST_F(TablebaseStateTest, AnswersOnlyOnceSetUpForGaviota) {
-  const Board_0x88 queenMates = boardOf("k7/8/1K6/8/8/8/8/6Q1 w - - 0 1");
+  const auto queenBoard = boardFrom("k7/8/1K6/8/8/8/8/6Q1 w - - 0 1");
+  const Board_0x88& queenMates = *queenBoard;
   int value = 7;
   EXPECT_FALSE(state.probeHard<White>(queenMates, value));
   state.setup("nalimov", tables, 16);
@@ -79,7 +76,7 @@ TEST_F(TablebaseStateTest, AnswersOnlyOnceSetUpForGaviota) {
   EXPECT_TRUE(state.probeHard<White>(queenMates, value));
   EXPECT_EQ(value, 31999);
   EXPECT_TRUE(state.probeSoft<White>(queenMates, value));
-  EXPECT_TRUE(state.probeHard<Black>(boardOf("6q1/8/8/8/8/1k6/8/K7 b - - 0 1"), value)) << "colours swapped";
+  EXPECT_TRUE(state.probeHard<Black>(*boardFrom("6q1/8/8/8/8/1k6/8/K7 b - - 0 1"), value)) << "colours swapped";
   EXPECT_EQ(value, 31999);
   state.setup("gaviota", "/nowhere;" + tables, 1);
   EXPECT_FALSE(state.probeSoft<White>(queenMates, value)) << "setting the same path again empties the cache";

@@ -9,48 +9,35 @@
 #include <tuple>
 #include <vector>
 
+#include "data_table.h"
 #include "scratch_folder.h"
 #include "tools/match.h"
 
 namespace torvy {
 namespace {
 
+// The ending of that name, or none for "-".
+std::optional<Ending> endingNamed(const std::string& name) {
+  for (int e = 0; e <= int(Ending::Crash); ++e)
+    if (name == endingName(Ending(e))) return Ending(e);
+  return std::nullopt;
+}
+
 TEST(RefereeGame, EachMoveIsCheckedAndTheGameEndedOnTheBoard) {
-  // The move takes usedMs of a clock of 1000 ms with 100 ms a move; a fault loses, or the game ends after it.
-  struct Case {
-    const char* opening;
-    const char* move;
-    Millis usedMs;
-    std::optional<Ending> fault, end;
-    Color winner;
-  };
-  const Case cases[] = {
-      {"f2f3 e7e5 g2g4", "d8h4", 10, {}, Ending::Mate, Black},
-      {"e2e3 a7a5 d1h5 a8a6 h5a5 h7h5 h2h4 a6h6 a5c7 f7f6 c7d7 e8f7 d7b7 d8d3 b7b8 d3h7 b8c8 f7g6",
-       "c8e6",
-       10,
-       {},
-       Ending::Stalemate,
-       NoColor},
-      // The start position twice is play on, three times a draw.
-      {"g1f3 g8f6 f3g1", "f6g8", 10, {}, {}, NoColor},
-      {"g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1", "f6g8", 10, {}, Ending::Repetition, NoColor},
-      {"e2e4", "e7e4", 10, Ending::Illegal, {}, NoColor},
-      {"e2e4", "e7e5", 1000, {}, {}, NoColor},
-      {"e2e4", "e7e5", 1001, Ending::Time, {}, NoColor},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.opening) + " " + c.move);
+  for (const testing::DataRow& row : testing::dataTable("referee_games.txt")) {
+    SCOPED_TRACE(row[0] + " " + row[1]);
     GameBoard board(1000, 100);
-    std::istringstream opening(c.opening);
+    std::istringstream opening(row[0]);
     for (std::string move; opening >> move;) ASSERT_TRUE(board.place(move));
     const Color mover = board.sideToMove();
-    EXPECT_EQ(board.play(c.move, c.usedMs), c.fault);
-    if (c.fault) continue;
-    EXPECT_EQ(board.clockMs(mover), 1100 - c.usedMs);
+    const Millis used = std::stoi(row[2]);
+    const std::optional<Ending> fault = endingNamed(row[3]);
+    EXPECT_EQ(board.play(row[1], used), fault);
+    if (fault) continue;
+    EXPECT_EQ(board.clockMs(mover), 1100 - used);
     Color winner = White;
-    EXPECT_EQ(board.end(winner), c.end);
-    EXPECT_EQ(winner, c.winner);
+    EXPECT_EQ(board.end(winner), endingNamed(row[4]));
+    EXPECT_EQ(winner, row[5] == "white" ? White : row[5] == "black" ? Black : NoColor);
   }
 }
 
