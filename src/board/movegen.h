@@ -140,8 +140,10 @@ template <Color Us, bool CapturesOnly, class Sink>
 template <Color Us, bool CapturesOnly, class Sink>
 [[gnu::always_inline]] inline void addPawnMoves(Generation<Sink>& gen, bool restricted, Square88 from) {
   if (relativeRank(Us, from) == 6) return addPromotions<Us, CapturesOnly>(gen, restricted, from);
-  for (int d : pawnCaptureDeltas[Us])
-    if (holdsEnemy<Us>(gen.board, from + d)) tryAdd<Us>(gen, restricted, makeNormalMove(from, Square88(from + d)));
+  // Most pawns have nothing to take: one mask test before the two squares are looked at.
+  if ((captureReach[Us][Pawn][toSquare64(from)] & gen.enemies) != 0)
+    for (int d : pawnCaptureDeltas[Us])
+      if (holdsEnemy<Us>(gen.board, from + d)) tryAdd<Us>(gen, restricted, makeNormalMove(from, Square88(from + d)));
   if constexpr (!CapturesOnly) {
     const int one = from + pawnForward[Us];
     if (!onBoard(one) || gen.board.pieceOn[one] != NoPiece) return;
