@@ -5,15 +5,15 @@
 namespace torvy {
 namespace {
 
-constexpr SquareSet pawnsOn(std::initializer_list<Square88> squares) {
-  SquareSet set = 0;
-  for (Square88 s : squares) set |= SquareSet(1) << toSquare64(s);
+constexpr Bitboard pawnsOn(std::initializer_list<Square88> squares) {
+  Bitboard set = 0;
+  for (Square88 s : squares) set |= Bitboard(1) << toSquare64(s);
   return set;
 }
 
 TEST(KingSafetyTest, ShelterPatterns) {
   struct Case {
-    SquareSet pawns;
+    Bitboard pawns;
     Square88 king;
     Color color;
     unsigned pattern;
