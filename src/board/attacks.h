@@ -86,7 +86,7 @@ bool movesLikeItsPiece(const Board_0x88& board, Move m);
 
 namespace detail {
 
-inline bool holds(const Board_0x88& board, int s, Color c, PieceType t) {
+inline bool holds(const Board_0x88& board, Square88 s, Color c, PieceType t) {
   return onBoard(s) && board.pieceOn[s] == t && board.colorOn[s] == c;
 }
 
@@ -131,7 +131,7 @@ constexpr std::uint16_t rookWalkRays[4] = {1 << 4, 1 << 6, 1 << 8, 1 << 2};
 constexpr std::uint16_t bishopWalkRays[4] = {1 << 5, 1 << 7, 1 << 1, 1 << 3};
 
 // The first occupied square from s along step d, or an off-board value.
-inline int firstOccupied(const Board_0x88& board, int s, int d) {
+inline Square88 firstOccupied(const Board_0x88& board, Square88 s, int d) {
   s += d;
   while (onBoard(s) && board.pieceOn[s] == NoPiece) s += d;
   return s;
@@ -148,9 +148,9 @@ inline bool sliderOnRay(const Board_0x88& board, Bitboard occupied, Square88 s, 
 
 template <Color By>
 inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
-  auto found = [&](int attacker) {
+  auto found = [&](Square88 attacker) {
     info.checkers = 1;
-    info.square = Square88(attacker);
+    info.square = attacker;
     return true;
   };
   // Kinds of piece that By has none of are not looked for; the order of the others stays.
@@ -171,13 +171,13 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
   // where a walk is shorter than a bit scan and its conversions.
   for (int i = 0; i < 4; ++i) {
     if (!(rays & detail::rookWalkRays[i])) continue;
-    const int t = detail::firstOccupied(board, s, -rookDeltas[i]);
+    const Square88 t = detail::firstOccupied(board, s, -rookDeltas[i]);
     if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
       return found(t);
   }
   for (int i = 0; i < 4; ++i) {
     if (!(rays & detail::bishopWalkRays[i])) continue;
-    const int t = detail::firstOccupied(board, s, -bishopDeltas[i]);
+    const Square88 t = detail::firstOccupied(board, s, -bishopDeltas[i]);
     if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
       return found(t);
   }

@@ -116,7 +116,7 @@ template <Color Us, class Sink>
 }
 
 template <Color Us>
-inline bool holdsEnemy(const Board_0x88& board, int s) {
+inline bool holdsEnemy(const Board_0x88& board, Square88 s) {
   return onBoard(s) && board.colorOn[s] == opposite(Us);
 }
 
@@ -125,11 +125,11 @@ constexpr PieceType promotionOrder[4] = {Queen, Knight, Rook, Bishop};
 
 template <Color Us, bool CapturesOnly, class Sink>
 [[gnu::always_inline]] inline void addPromotions(Generation<Sink>& gen, bool restricted, Square88 from) {
-  auto addAll = [&](int to) {
+  auto addAll = [&](Square88 to) {
     if constexpr (CapturesOnly) {
-      tryAdd<Us>(gen, restricted, makePromotion(from, Square88(to), Queen));
+      tryAdd<Us>(gen, restricted, makePromotion(from, to, Queen));
     } else {
-      for (PieceType p : promotionOrder) tryAdd<Us>(gen, restricted, makePromotion(from, Square88(to), p));
+      for (PieceType p : promotionOrder) tryAdd<Us>(gen, restricted, makePromotion(from, to, p));
     }
   };
   for (int d : pawnCaptureDeltas[Us])
@@ -143,14 +143,14 @@ template <Color Us, bool CapturesOnly, class Sink>
   // Most pawns have nothing to take: one mask test before the two squares are looked at.
   if ((captureReach[Us][Pawn][toSquare64(from)] & gen.enemies) != 0)
     for (int d : pawnCaptureDeltas[Us])
-      if (holdsEnemy<Us>(gen.board, from + d)) tryAdd<Us>(gen, restricted, makeNormalMove(from, Square88(from + d)));
+      if (holdsEnemy<Us>(gen.board, from + d)) tryAdd<Us>(gen, restricted, makeNormalMove(from, from + d));
   if constexpr (!CapturesOnly) {
-    const int one = from + pawnForward[Us];
+    const Square88 one = from + pawnForward[Us];
     if (!onBoard(one) || gen.board.pieceOn[one] != NoPiece) return;
-    tryAdd<Us>(gen, restricted, makeNormalMove(from, Square88(one)));
-    const int two = one + pawnForward[Us];
+    tryAdd<Us>(gen, restricted, makeNormalMove(from, one));
+    const Square88 two = one + pawnForward[Us];
     if (relativeRank(Us, from) == 1 && gen.board.pieceOn[two] == NoPiece)
-      tryAdd<Us>(gen, restricted, makeNormalMove(from, Square88(two), true));
+      tryAdd<Us>(gen, restricted, makeNormalMove(from, two, true));
   }
 }
 
@@ -160,12 +160,12 @@ template <Color Us, bool CapturesOnly, bool IsKing, class Sink>
 [[gnu::always_inline]] inline void addSteps(Generation<Sink>& gen, bool restricted, Square88 from,
                                             const int (&deltas)[8]) {
   for (int d : deltas) {
-    const int to = from + d;
+    const Square88 to = from + d;
     // A capture needs an enemy there: one colour test instead of two.
     if (CapturesOnly ? !holdsEnemy<Us>(gen.board, to) : !onBoard(to) || gen.board.colorOn[to] == Us) continue;
-    const Move m = makeNormalMove(from, Square88(to));
+    const Move m = makeNormalMove(from, to);
     if constexpr (IsKing) {
-      if (isKingStepSafe<Us>(gen.board, from, Square88(to))) gen.list.addMove(m);
+      if (isKingStepSafe<Us>(gen.board, from, to)) gen.list.addMove(m);
     } else {
       tryAdd<Us>(gen, restricted, m);
     }
@@ -269,9 +269,9 @@ inline void generateEnPassant(Board_0x88& board, MoveList& list) {
   const Square88 ep = board.epSquare;
   if (ep == NoSquare) return;
   for (int d : pawnCaptureDeltas[Us]) {
-    const int from = ep - d;
+    const Square88 from = ep - d;
     if (detail::holds(board, from, Us, Pawn)) {
-      const Move m = makeEnPassant(Square88(from), ep);
+      const Move m = makeEnPassant(from, ep);
       if (isLegal<Us>(board, m)) list.addMove(m);
     }
   }
