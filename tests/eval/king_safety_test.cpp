@@ -39,29 +39,5 @@ TEST(KingSafetyTest, ShelterPatterns) {
   for (const Case& c : cases) EXPECT_EQ(shelterPattern(c.pawns, c.king, c.color), c.pattern) << int(c.king);
 }
 
-TEST(KingSafetyTest, HolesAndOpenFilesBesideTheKing) {
-  NoBook none;
-  PawnInfo info;
-  info.pawns[White] = pawnsOn({at(5, 1), at(6, 1), at(7, 1)});
-  EXPECT_EQ(unpack(kingSafety<White>(info, sq::g1, 0, none)), (ScorePair{0, 0}));
-  info.pawns[White] = pawnsOn({at(6, 1), at(7, 1)});
-  EXPECT_EQ(unpack(kingSafety<White>(info, sq::g1, 0, none)), (ScorePair{-15, 7}));
-
-  // No pawns on f, g and h against two rooks and a queen: two holes (-30 / 14), and with M = 2
-  // the open king's file and both neighbours (-102 / -62).
-  info.pawns[White] = 0;
-  info.openFiles = 0b11100000;
-  const std::uint32_t twoRooksAndQueen = 2u << 12 | 1u << 16;
-  EXPECT_EQ(unpack(kingSafety<White>(info, sq::g1, twoRooksAndQueen, none)), (ScorePair{-132, -48}));
-  // Without heavy pieces the open files cost nothing, but the holes still count.
-  EXPECT_EQ(unpack(kingSafety<White>(info, sq::g1, 0, none)), (ScorePair{-30, 14}));
-  // An h-file king has no higher neighbour to be open: one queen, M = 1.
-  EXPECT_EQ(unpack(kingSafety<White>(info, sq::h1, 1u << 16, none)), (ScorePair{-15 - 35 - 8, 7 - 9 - 11}));
-  // Black's king on g8 behind f7, g7, h7.
-  info.pawns[Black] = pawnsOn({at(5, 6), at(6, 6), at(7, 6)});
-  info.openFiles = 0;
-  EXPECT_EQ(unpack(kingSafety<Black>(info, sq::g8, twoRooksAndQueen, none)), (ScorePair{0, 0}));
-}
-
 }  // namespace
 }  // namespace torvy
