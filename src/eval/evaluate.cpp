@@ -9,6 +9,7 @@
 #include "eval/packed_score.h"
 #include "eval/pawns.h"
 #include "eval/pieces.h"
+#include "eval/slider_attacks.h"
 
 namespace torvy {
 
@@ -24,14 +25,20 @@ template <Color Us, class Book>
 ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, const PawnInfo& info,
                       const Occupancy& occupancy, Book& book) {
   ScorePair pair = unpack(pieceTerms<Us>(board, info, occupancy, book)) +
-                   unpack(passedPawnScore<Us>(board, material, info, occupancy, book));
-  return pair + unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[opposite(Us)], book));
+                   unpack(kingSafety<Us>(info, board.kingSquare(Us), material.signature[opposite(Us)], book));
+  // Most positions have no passed pawn, and the call cost more than this test; the term of
+  // none is zero.
+  if (info.passed[Us] != 0) pair += unpack(passedPawnScore<Us>(board, material, info, occupancy, book));
+  return pair;
 }
 
 }  // namespace
 
 // The other tables of the evaluation are built by the compiler.
-void initEvaluation() { initPieceSquareTables(); }
+void initEvaluation() {
+  initPieceSquareTables();
+  initSliderAttacks();
+}
 
 template <class Book>
 int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, int beta, Book& book) {
@@ -63,7 +70,7 @@ int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, in
 
   PawnInfo info;
   const int pawnScore = taper(unpack(evaluatePawns(info, board, pawnHash, book)), phase);
-  const Occupancy occupancy = Occupancy::of(board);
+  const Occupancy occupancy = Occupancy::of(board, info.pawns[White], info.pawns[Black]);
   const int whiteTerms = taper(colourTerms<White>(board, material, info, occupancy, book), phase);
   const int blackTerms = taper(colourTerms<Black>(board, material, info, occupancy, book), phase);
   const int whiteView = pawnScore + whiteTerms - blackTerms;

@@ -1,6 +1,9 @@
 #include "eval/material.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
 
 #include "eval/packed_score.h"
 
@@ -30,26 +33,15 @@ bool hasMatingMaterial(const std::uint8_t (&count)[8]) {
   return minors > 2 || (minors == 2 && count[Bishop] > 0);
 }
 
-// Both halves in one word, the end game half 65536 times the middle game half's weight: sums
-// and products by counts then cost one operation for the pair. Unsigned, so wrapping is defined.
-constexpr std::uint32_t packedWeight(ScorePair p) { return std::uint32_t(p.mg) + (std::uint32_t(p.eg) << 16); }
-
-// Splits a packed sum into its halves, each cut to 16 bits.
-constexpr ScorePair unpackSum(std::uint32_t sum) {
-  const std::int16_t mg = std::int16_t(std::uint16_t(sum));
-  return ScorePair{mg, std::int16_t(std::uint16_t((sum - std::uint32_t(std::int32_t(mg))) >> 16))};
-}
-
 // The bishop pair and the pawn-count adjustment of one colour, packed.
-std::uint32_t colourAdjustment(const std::uint8_t (&count)[8]) {
+PackedSum colourAdjustment(const std::uint8_t (&count)[8]) {
   const std::uint32_t pawnsAboveFive = std::uint32_t(count[Pawn]) - 5;
   return (count[Bishop] > 1 ? packedWeight(bishopPair) : 0) +
          pawnsAboveFive * (count[Knight] * packedWeight(knightPerPawn) + count[Rook] * packedWeight(rookPerPawn));
 }
 
-}  // namespace
-
-MaterialInfo computeMaterial(const Board_0x88& board) {
+// Out of line: inlined, it made every cache hit save and restore six registers.
+[[gnu::noinline]] MaterialInfo buildMaterial(const Board_0x88& board) {
   const auto& white = board.pieceCount[White];
   const auto& black = board.pieceCount[Black];
   MaterialInfo m;
@@ -57,10 +49,10 @@ MaterialInfo computeMaterial(const Board_0x88& board) {
   m.signature[Black] = makeSignature(black);
   const unsigned phase = white[Knight] + black[Knight] + white[Bishop] + black[Bishop] +
                          2 * (white[Rook] + black[Rook]) + 4 * (white[Queen] + black[Queen]);
-  m.phase = std::min(phase, 24u);
+  m.phase = std::uint8_t(std::min(phase, 24u));
   // The piece values are the same for both colours, so only the differences of the counts
   // need multiplying.
-  std::uint32_t balance = colourAdjustment(white) - colourAdjustment(black);
+  PackedSum balance = colourAdjustment(white) - colourAdjustment(black);
   for (PieceType t = Pawn; t <= Queen; ++t)
     balance += (std::uint32_t(white[t]) - black[t]) * packedWeight(pieceValue[t]);
   const ScorePair halves = unpackSum(balance);
@@ -69,6 +61,29 @@ MaterialInfo computeMaterial(const Board_0x88& board) {
   m.canWin[White] = hasMatingMaterial(white);
   m.canWin[Black] = hasMatingMaterial(black);
   return m;
+}
+
+// The materials this thread met last, by their counts: the search meets few distinct ones, so
+// most evaluations copy theirs instead of rebuilding it.
+struct MaterialEntry {
+  std::uint64_t counts[2] = {~std::uint64_t(0), ~std::uint64_t(0)};  // no board counts 255 of each
+  MaterialInfo info{};
+};
+constexpr int MaterialCacheBits = 9;
+constexpr std::uint64_t MaterialKeyMix = 0x9E3779B97F4A7C15;
+thread_local std::array<MaterialEntry, 1 << MaterialCacheBits> materialCache;
+
+}  // namespace
+
+MaterialInfo computeMaterial(const Board_0x88& board) {
+  static_assert(sizeof board.pieceCount[White] == sizeof(std::uint64_t));
+  std::uint64_t white, black;
+  std::memcpy(&white, board.pieceCount[White], sizeof white);
+  std::memcpy(&black, board.pieceCount[Black], sizeof black);
+  // The rotation moves Black's counts into the nibbles that White's small counts leave empty.
+  MaterialEntry& entry = materialCache[(white ^ std::rotl(black, 4)) * MaterialKeyMix >> (64 - MaterialCacheBits)];
+  if (entry.counts[White] != white || entry.counts[Black] != black) entry = {{white, black}, buildMaterial(board)};
+  return entry.info;
 }
 
 }  // namespace torvy

@@ -1,4 +1,4 @@
-// The material summary of a position, rebuilt from the board's counters at each evaluation.
+// The material summary of a position, from the board's counters.
 #pragma once
 
 #include <cstdint>
@@ -23,15 +23,16 @@ constexpr unsigned field(std::uint32_t sig, int shift) { return (sig >> shift) &
 
 struct MaterialInfo {
   std::uint32_t signature[2];
-  std::uint32_t phase;
   std::int16_t materialMg;  // White minus Black
   std::int16_t materialEg;
+  std::uint8_t phase;
   std::uint8_t canWin[2];
 
   unsigned pawns(Color c) const { return signature::field(signature[c], signature::PawnShift); }
   unsigned menBesideKing(Color c) const { return signature[c] >> signature::MenShift; }
 };
 
+// From a cache of the thread's recent materials, built from the counts on a miss.
 MaterialInfo computeMaterial(const Board_0x88& board);
 
 }  // namespace torvy

@@ -1,8 +1,9 @@
-// Where the men stand, as square sets, read from the board's colour array a rank at a time.
+// Where the men stand, as square sets, read from the board's piece lists.
 #pragma once
 
-#include <cstdint>
-#include <cstring>
+#include <array>
+#include <cstddef>
+#include <utility>
 
 #include "board/board.h"
 #include "eval/square_set.h"
@@ -11,38 +12,55 @@ namespace torvy {
 
 namespace detail {
 
-// Bit 0 of each of the eight bytes of a row to bits 0 to 7 of the result.
-constexpr std::uint64_t ByteLowBits = 0x0101010101010101;
-constexpr unsigned gatherRow(std::uint64_t lowBits) { return unsigned(lowBits * 0x0102040810204080 >> 56); }
+// The bit of each 0x88 square, and none for any square off the board, which an empty slot of
+// a piece list holds: each slot costs one load and one OR, with no test.
+constexpr std::array<SquareSet, 256> makeSlotBits() {
+  std::array<SquareSet, 256> bits{};
+  for (int s = 0; s < 256; ++s)
+    if (onBoard(s)) bits[s] = SquareSet(1) << toSquare64(Square88(s));
+  return bits;
+}
+inline constexpr std::array<SquareSet, 256> slotBits = makeSlotBits();
 
-static_assert([] {
-  for (unsigned pattern = 0; pattern < 256; ++pattern) {
-    std::uint64_t bytes = 0;
-    for (int k = 0; k < 8; ++k) bytes |= std::uint64_t(pattern >> k & 1) << (8 * k);
-    if (gatherRow(bytes) != pattern) return false;
-  }
-  return true;
-}());
+// One OR per slot; as a loop, the compiler turned it into a slower vector gather.
+template <std::size_t... Slot>
+[[gnu::always_inline]] inline SquareSet menIn(const Square88* list, std::index_sequence<Slot...>) {
+  return (slotBits[list[Slot]] | ...);
+}
 
 }  // namespace detail
+
+// Slots 0 to 7 of a piece list belong to the pieces; 8 to 15 to the pawns, and to pieces
+// promoted beyond their own slots.
+constexpr int SharedSlotsBegin = 8;
+constexpr int SlotCount = 16;
 
 struct Occupancy {
   SquareSet all;
   SquareSet black;
+  // Whether a colour's pawn slots may hold a piece, promoted there; always so for a colour with
+  // pawns when the pawns were not given.
+  bool piecesInPawnSlots[2];
 
   SquareSet men(Color c) const { return c == Black ? black : all & ~black; }
 
-  // NoColor has bit 1 set, Black bit 0, White neither.
-  static Occupancy of(const Board_0x88& board) {
-    static_assert(White == 0 && Black == 1 && NoColor == 2);
-    Occupancy occupancy{0, 0};
-    for (int rank = 0; rank < 8; ++rank) {
-      std::uint64_t row;
-      std::memcpy(&row, &board.colorOn[rank * 16], sizeof row);
-      occupancy.all |= SquareSet(detail::gatherRow(~row >> 1 & detail::ByteLowBits)) << (rank * 8);
-      occupancy.black |= SquareSet(detail::gatherRow(row & detail::ByteLowBits)) << (rank * 8);
-    }
+  // Pawns already known, from the pawn hash, spare reading their slots: only when the count
+  // says that a piece stands among them are those slots read. Without pawns, all are.
+  static Occupancy of(const Board_0x88& board, SquareSet whitePawns = 0, SquareSet blackPawns = 0) {
+    Occupancy occupancy{0, 0, {false, false}};
+    occupancy.black = occupancy.menOf(board, Black, blackPawns);
+    occupancy.all = occupancy.menOf(board, White, whitePawns) | occupancy.black;
     return occupancy;
+  }
+
+ private:
+  SquareSet menOf(const Board_0x88& board, Color c, SquareSet pawns) {
+    SquareSet men = pawns | detail::menIn(board.pieceList[c], std::make_index_sequence<SharedSlotsBegin>());
+    piecesInPawnSlots[c] = countSquares(men) != board.totalCount(c);
+    if (piecesInPawnSlots[c])
+      men |= detail::menIn(board.pieceList[c] + SharedSlotsBegin,
+                           std::make_index_sequence<SlotCount - SharedSlotsBegin>());
+    return men;
   }
 };
 

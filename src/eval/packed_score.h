@@ -22,18 +22,18 @@ constexpr ScorePair scaled(ScorePair p, int factor) {
   return ScorePair{std::int16_t(p.mg * factor), std::int16_t(p.eg * factor)};
 }
 
-// A running sum in full integers; packing cuts each half to 16 bits, as 16-bit sums would be.
-struct ScoreSum {
-  int mg = 0;
-  int eg = 0;
+// Both halves in one word for sums, the end game half 65536 times the middle game half's
+// weight: sums and products by counts then cost one operation for the pair. Unsigned, so
+// wrapping is defined; each half of a sum comes out cut to 16 bits, as 16-bit sums would be.
+using PackedSum = std::uint32_t;
 
-  constexpr ScoreSum& operator+=(ScorePair p) {
-    mg += p.mg;
-    eg += p.eg;
-    return *this;
-  }
-  constexpr PackedScore packed() const { return pack(ScorePair{std::int16_t(mg), std::int16_t(eg)}); }
-};
+constexpr PackedSum packedWeight(ScorePair p) { return PackedSum(p.mg) + (PackedSum(p.eg) << 16); }
+
+// Splits a packed sum into its halves, each cut to 16 bits.
+constexpr ScorePair unpackSum(PackedSum sum) {
+  const std::int16_t mg = std::int16_t(std::uint16_t(sum));
+  return ScorePair{mg, std::int16_t(std::uint16_t((sum - PackedSum(std::int32_t(mg))) >> 16))};
+}
 
 // C++ division truncates towards zero, which is the rounding every blend wants.
 constexpr int taper(int mg, int eg, int phase) { return (mg * phase + eg * (MaxPhase - phase)) / MaxPhase; }

@@ -15,6 +15,7 @@ struct PawnHashData {
   PackedScore structure;  // White minus Black
   std::uint8_t openFiles;
   std::uint8_t halfOpenFiles;
+  std::uint8_t passedColours;  // bit c: colour c has a passed pawn
 };
 
 // 32 bytes, read and written by all search threads without a lock. Each word is a relaxed
@@ -24,7 +25,7 @@ struct PawnHashEntry {
   std::atomic<std::uint64_t> key{0};
   std::atomic<std::uint64_t> whitePawns{0};
   std::atomic<std::uint64_t> blackPawns{0};
-  std::atomic<std::uint64_t> packedScores{0};  // structure pair, openFiles, halfOpenFiles
+  std::atomic<std::uint64_t> packedScores{0};  // structure pair, openFiles, halfOpenFiles, passedColours
 
   bool isEmpty() const { return key.load(std::memory_order_relaxed) == 0; }
   // Four plain stores: a loop over the words was not unrolled, and clearing the table between
@@ -46,12 +47,13 @@ struct PawnHashEntry {
     data.structure = PackedScore(scores);
     data.openFiles = std::uint8_t(scores >> 32);
     data.halfOpenFiles = std::uint8_t(scores >> 40);
+    data.passedColours = std::uint8_t(scores >> 48);
     return true;
   }
 
   void store(Key pawnKey, const PawnHashData& data) {
-    const std::uint64_t scores =
-        data.structure | std::uint64_t(data.openFiles) << 32 | std::uint64_t(data.halfOpenFiles) << 40;
+    const std::uint64_t scores = data.structure | std::uint64_t(data.openFiles) << 32 |
+                                 std::uint64_t(data.halfOpenFiles) << 40 | std::uint64_t(data.passedColours) << 48;
     whitePawns.store(data.pawns[White], std::memory_order_relaxed);
     blackPawns.store(data.pawns[Black], std::memory_order_relaxed);
     packedScores.store(scores, std::memory_order_relaxed);

@@ -21,10 +21,8 @@ constexpr ScorePair passedBonus[12] = {{0, 0},   {97, 188}, {76, 133}, {20, 84},
 constexpr ScorePair unstoppableBonus[12] = {{0, 0},   {193, 420}, {143, 339}, {95, 90}, {-33, 72}, {-38, 47},
                                             {-9, 55}, {0, 0},     {0, 0},     {0, 0},   {0, 0},    {0, 0}};
 
-constexpr int PawnSlotsBegin = 8;
 constexpr SquareSet FileA = 0x0101010101010101;
 constexpr SquareSet FileH = FileA << 7;
-constexpr int SlotCount = 16;
 
 // The nearest of a non-empty set in the direction in which Us advances.
 template <Color Us>
@@ -50,7 +48,7 @@ SquareSet enemyPawnAttackers(SquareSet set, int file) {
 
 void collectPawns(PawnInfo& info, const Board_0x88& board) {
   for (Color c : {White, Black})
-    for (int slot = PawnSlotsBegin; slot < SlotCount; ++slot) {
+    for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
       const Square88 s = board.pieceList[c][slot];
       if (!onBoard(s) || board.pieceOn[s] != Pawn) continue;
       info.pawns[c] |= SquareSet(1) << toSquare64(s);
@@ -83,6 +81,20 @@ SquareSet passedPawns(const PawnInfo& info) {
   return info.pawns[Us] & ~span;
 }
 
+// What a pawn hash miss computes. Out of line: inlined, it made every hit save and restore
+// five registers.
+template <class Book>
+[[gnu::noinline]] PawnHashData analysePawns(PawnInfo& info, const Board_0x88& board, Book& book) {
+  collectPawns(info, board);
+  info.passed[White] = passedPawns<White>(info);
+  info.passed[Black] = passedPawns<Black>(info);
+  const ScorePair black = unpack(pawnStructure<Black>(info, book));
+  const ScorePair white = unpack(pawnStructure<White>(info, book));
+  const auto passedColours = std::uint8_t((info.passed[White] != 0) << White | (info.passed[Black] != 0) << Black);
+  return PawnHashData{
+      {info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles, passedColours};
+}
+
 }  // namespace
 
 template <class Book>
@@ -96,19 +108,17 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
     info.pawns[Black] = data.pawns[Black];
     info.openFiles = data.openFiles;
     info.halfOpenFiles = data.halfOpenFiles;
+    // Passed pawns are rare, and the entry tells which colours have any: the spans of the
+    // others need no filling.
+    info.passed[White] = data.passedColours >> White & 1 ? passedPawns<White>(info) : 0;
+    info.passed[Black] = data.passedColours >> Black & 1 ? passedPawns<Black>(info) : 0;
     book.add(EvalTerm::PawnStructure, White, unpack(data.structure));
   } else {
-    collectPawns(info, board);
-    const ScorePair black = unpack(pawnStructure<Black>(info, book));
-    const ScorePair white = unpack(pawnStructure<White>(info, book));
-    data =
-        PawnHashData{{info.pawns[White], info.pawns[Black]}, pack(white - black), info.openFiles, info.halfOpenFiles};
+    data = analysePawns(info, board, book);
     entry.store(key, data);
   }
   info.openFileCount = std::uint8_t(countSquares(info.openFiles));
   info.halfOpenFileCount = std::uint8_t(countSquares(info.halfOpenFiles));
-  info.passed[White] = passedPawns<White>(info);
-  info.passed[Black] = passedPawns<Black>(info);
   return data.structure;
 }
 

@@ -13,12 +13,13 @@ namespace {
 
 // By the number of squares a piece can go to; a piece that can't move at all pays extra.
 constexpr int MaxMobility = 28;
-using MobilityTable = std::array<ScorePair, MaxMobility>;
+// Packed, as are all the weights of this file: a man's terms add up with one addition each.
+using MobilityTable = std::array<PackedSum, MaxMobility>;
 
 constexpr MobilityTable makeMobilityTable(ScorePair perSquare, ScorePair none) {
   MobilityTable table{};
-  table[0] = none;
-  for (int m = 1; m < MaxMobility; ++m) table[m] = scaled(perSquare, m);
+  table[0] = packedWeight(none);
+  for (int m = 1; m < MaxMobility; ++m) table[m] = packedWeight(scaled(perSquare, m));
   return table;
 }
 // Rooks lose in the middle game for each free square; their value comes from files there.
@@ -28,35 +29,43 @@ constexpr MobilityTable rookMobility = makeMobilityTable({-2, 13}, {-15, -30});
 constexpr MobilityTable queenMobilityTable = makeMobilityTable({4, 13}, {-30, -60});
 
 // By the number of open files on the board, and of open and half-open files together.
-constexpr ScorePair rookOpenFile[9] = {{0, 0},   {68, 42},  {88, 20}, {86, 9}, {82, -2},
-                                       {35, -6}, {41, -21}, {3, -45}, {0, 0}};
-constexpr ScorePair rookHalfOpenFile[9] = {{0, 0},   {25, -42}, {36, 4}, {44, 2}, {55, 8},
-                                           {53, 10}, {24, 19},  {0, 20}, {0, 0}};
+using FileTable = std::array<PackedSum, 9>;
+
+constexpr FileTable makeFileTable(const std::array<ScorePair, 9>& pairs) {
+  FileTable table{};
+  for (std::size_t i = 0; i < pairs.size(); ++i) table[i] = packedWeight(pairs[i]);
+  return table;
+}
+constexpr FileTable rookOpenFile =
+    makeFileTable({{{0, 0}, {68, 42}, {88, 20}, {86, 9}, {82, -2}, {35, -6}, {41, -21}, {3, -45}, {0, 0}}});
+constexpr FileTable rookHalfOpenFile =
+    makeFileTable({{{0, 0}, {25, -42}, {36, 4}, {44, 2}, {55, 8}, {53, 10}, {24, 19}, {0, 20}, {0, 0}}});
 
 struct OpenFileWeights {
-  ScorePair kingFile;    // the enemy king stands on the open file
-  ScorePair besideKing;  // the enemy king stands on a file next to it
+  PackedSum kingFile;    // the enemy king stands on the open file
+  PackedSum besideKing;  // the enemy king stands on a file next to it
 };
-constexpr OpenFileWeights rookNearKing = {{83, 36}, {54, -21}};
-constexpr OpenFileWeights queenNearKing = {{16, 111}, {7, 39}};
+constexpr OpenFileWeights rookNearKing = {packedWeight({83, 36}), packedWeight({54, -21})};
+constexpr OpenFileWeights queenNearKing = {packedWeight({16, 111}), packedWeight({7, 39})};
 
-ScorePair openFileNearKing(int file, int enemyKingFile, const OpenFileWeights& weights) {
+PackedSum openFileNearKing(int file, int enemyKingFile, const OpenFileWeights& weights) {
   if (file == enemyKingFile) return weights.kingFile;
   if (file == enemyKingFile - 1 || file == enemyKingFile + 1) return weights.besideKing;
-  return ScorePair{};
+  return 0;
 }
 
-ScorePair rookFile(int file, int enemyKingFile, const PawnInfo& info) {
+PackedSum rookFile(int file, int enemyKingFile, const PawnInfo& info) {
   if (info.openFiles >> file & 1)
     return rookOpenFile[info.openFileCount] + openFileNearKing(file, enemyKingFile, rookNearKing);
   if (info.halfOpenFiles >> file & 1) return rookHalfOpenFile[info.openFileCount + info.halfOpenFileCount];
-  return ScorePair{};
+  return 0;
 }
 
 }  // namespace
 
 PackedScore queenMobility(const Board_0x88& board, Square88 square, Color color) {
-  return pack(queenMobilityTable[sliderSquares<kingDeltas>(square, Occupancy::of(board), color)]);
+  const Occupancy occupancy = Occupancy::of(board);
+  return pack(unpackSum(queenMobilityTable[queenSquares(square, occupancy.all, targetsOf(occupancy, color))]));
 }
 
 namespace {
@@ -65,58 +74,52 @@ namespace {
 struct Surroundings {
   const Board_0x88& board;
   const PawnInfo& info;
-  const Occupancy& occupancy;
+  SquareSet all;
+  SquareSet targets;  // for the colour's men
   Square88 enemyKing;
+  KingTropism tropism;
 };
 
 // What one man earns, with its type known at compile time; the book is told each part. Inlined
 // into each slot: as a call, the rook and queen reloaded the surroundings and saved registers.
 template <PieceType Type, Color Us, class Book>
-[[gnu::always_inline]] inline ScorePair scoreMan(const Surroundings& around, Square88 s, Book& book) {
+[[gnu::always_inline]] inline PackedSum scoreMan(const Surroundings& around, Square88 s, Book& book) {
   const int enemyKingFile = fileOf(around.enemyKing);
-  ScorePair piece;
+  PackedSum piece = 0;  // the king has no piece terms
   if constexpr (Type == Knight) {
-    piece = knightMobility[knightSquares(s, around.occupancy, Us)];
-    book.add(EvalTerm::Knights, Us, piece);
+    piece = knightMobility[knightSquares(s, around.targets)];
+    book.add(EvalTerm::Knights, Us, unpackSum(piece));
   } else if constexpr (Type == Bishop) {
-    piece = bishopMobility[sliderSquares<bishopDeltas>(s, around.occupancy, Us)];
-    book.add(EvalTerm::Bishops, Us, piece);
+    piece = bishopMobility[bishopSquares(s, around.all, around.targets)];
+    book.add(EvalTerm::Bishops, Us, unpackSum(piece));
   } else if constexpr (Type == Rook) {
-    piece = rookMobility[sliderSquares<rookDeltas>(s, around.occupancy, Us)] +
-            rookFile(fileOf(s), enemyKingFile, around.info);
-    book.add(EvalTerm::Rooks, Us, piece);
+    piece = rookMobility[rookSquares(s, around.all, around.targets)] + rookFile(fileOf(s), enemyKingFile, around.info);
+    book.add(EvalTerm::Rooks, Us, unpackSum(piece));
   } else if constexpr (Type == Queen) {
-    piece = queenMobilityTable[sliderSquares<kingDeltas>(s, around.occupancy, Us)];
+    piece = queenMobilityTable[queenSquares(s, around.all, around.targets)];
     if (around.info.openFiles >> fileOf(s) & 1) piece += openFileNearKing(fileOf(s), enemyKingFile, queenNearKing);
-    book.add(EvalTerm::Queens, Us, piece);
+    book.add(EvalTerm::Queens, Us, unpackSum(piece));
   }
-  const ScorePair nearKing = tropism(Type, s, around.enemyKing);
-  book.add(EvalTerm::KingTropism, Us, nearKing);
+  const PackedSum nearKing = around.tropism.of<Type>(s);
+  book.add(EvalTerm::KingTropism, Us, unpackSum(nearKing));
   return piece + nearKing;
 }
 
 // Slots 0 to 7 belong to one type each, so their men need no dispatch.
 constexpr PieceType ownSlotType[8] = {King, Queen, Rook, Rook, Bishop, Bishop, Knight, Knight};
-constexpr int SharedSlotsBegin = 8;
-constexpr int SlotCount = 16;
 
-// Returns how many of the slots hold a man.
 template <Color Us, class Book, std::size_t... Slot>
-int scoreOwnSlots(const Surroundings& around, ScoreSum& total, Book& book, std::index_sequence<Slot...>) {
-  int men = 0;
+void scoreOwnSlots(const Surroundings& around, PackedSum& total, Book& book, std::index_sequence<Slot...>) {
   auto scoreSlot = [&]<std::size_t I>() {
     const Square88 s = around.board.pieceList[Us][I];
-    if (!onBoard(s)) return;
-    total += scoreMan<ownSlotType[I], Us>(around, s, book);
-    ++men;
+    if (onBoard(s)) total += scoreMan<ownSlotType[I], Us>(around, s, book);
   };
   (scoreSlot.template operator()<Slot>(), ...);
-  return men;
 }
 
 // Slots 8 to 15: pawns, whose tropism is counted apart, and pieces beyond their own slots.
 template <Color Us, class Book>
-void scoreSharedSlots(const Surroundings& around, ScoreSum& total, Book& book) {
+void scoreSharedSlots(const Surroundings& around, PackedSum& total, Book& book) {
   for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
     const Square88 s = around.board.pieceList[Us][slot];
     if (!onBoard(s) || around.board.pieceOn[s] == Pawn) continue;
@@ -134,15 +137,15 @@ void scoreSharedSlots(const Surroundings& around, ScoreSum& total, Book& book) {
 
 template <Color Us, class Book>
 PackedScore pieceTerms(const Board_0x88& board, const PawnInfo& info, const Occupancy& occupancy, Book& book) {
-  const Surroundings around{board, info, occupancy, board.kingSquare(opposite(Us))};
+  const Square88 enemyKing = board.kingSquare(opposite(Us));
+  const Surroundings around{board, info, occupancy.all, targetsOf(occupancy, Us), enemyKing, KingTropism(enemyKing)};
   const ScorePair pawns = pawnTropism(Us, info.pawns[Us], around.enemyKing);
   book.add(EvalTerm::KingTropism, Us, pawns);
-  ScoreSum total;
-  total += pawns;
-  const int ownSlotMen = scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
-  // Only a promotion puts a piece among the pawns' slots, which is rare enough to count first.
-  if (ownSlotMen < board.totalCount(Us) - board.pieceCount[Us][Pawn]) scoreSharedSlots<Us>(around, total, book);
-  return total.packed();
+  PackedSum total = packedWeight(pawns);
+  scoreOwnSlots<Us>(around, total, book, std::make_index_sequence<SharedSlotsBegin>());
+  // Only a promotion puts a piece among the pawns' slots, which the occupancy's count found.
+  if (occupancy.piecesInPawnSlots[Us]) scoreSharedSlots<Us>(around, total, book);
+  return pack(unpackSum(total));
 }
 
 template PackedScore pieceTerms<White>(const Board_0x88&, const PawnInfo&, const Occupancy&, NoBook&);

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 
 #include "board/types.h"
 #include "eval/packed_score.h"
@@ -58,12 +57,19 @@ constexpr TropismTable makeTropismTable() {
 }
 inline constexpr TropismTable tropismTable = makeTropismTable();
 
-using TropismScores = std::array<std::array<ScorePair, 128>, 7>;
+// By type and the signed difference, offset by DifferenceOffset, in one flat array: with both
+// signs in the table no absolute value needs taking, and a row pointer for the enemy king's
+// square turns each man's lookup into one load.
+constexpr int DifferenceOffset = 128;
+constexpr int TropismRow = 2 * DifferenceOffset;
+using TropismScores = std::array<PackedSum, 7 * TropismRow>;
 
 constexpr TropismScores makeTropismScores() {
   TropismScores scores{};
   for (PieceType t = Pawn; t <= King; ++t)
-    for (int d = 0; d < 128; ++d) scores[t][d] = scaled(tropismWeight[t], tropismTable[t][d]);
+    for (int d = 1 - DifferenceOffset; d < DifferenceOffset; ++d)
+      scores[t * TropismRow + DifferenceOffset + d] =
+          packedWeight(scaled(tropismWeight[t], tropismTable[t][d < 0 ? -d : d]));
   return scores;
 }
 inline constexpr TropismScores tropismScores = makeTropismScores();
@@ -93,9 +99,20 @@ inline constexpr PawnTropismTable pawnTropismTable = makePawnTropismTable();
 
 }  // namespace detail
 
-inline ScorePair tropism(PieceType type, Square88 square, Square88 enemyKingSquare) {
-  return detail::tropismScores[type][std::abs(int(square) - int(enemyKingSquare))];
-}
+// The tropism of the men of one colour against the enemy king.
+class KingTropism {
+ public:
+  explicit KingTropism(Square88 enemyKing)
+      : fromKing_(detail::tropismScores.data() + detail::DifferenceOffset - enemyKing) {}
+
+  template <PieceType Type>
+  PackedSum of(Square88 square) const {
+    return fromKing_[Type * detail::TropismRow + square];
+  }
+
+ private:
+  const PackedSum* fromKing_;  // the king's square already subtracted
+};
 
 // The tropism of all pawns of the colour at once.
 inline ScorePair pawnTropism(Color c, SquareSet pawns, Square88 enemyKingSquare) {

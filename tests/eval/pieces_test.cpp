@@ -42,12 +42,16 @@ TEST_F(PiecesTest, MobilityAgreesWithWalksOnTheBoard) {
         if (!onBoard(s)) continue;
         ++pieces;
         switch (b.pieceOn[s]) {
-          case Knight: EXPECT_EQ(knightSquares(s, occupancy, c), walk(b, s, knightDeltas, 8, false)); break;
+          case Knight: EXPECT_EQ(knightSquares(s, targetsOf(occupancy, c)), walk(b, s, knightDeltas, 8, false)); break;
           case Bishop:
-            EXPECT_EQ(sliderSquares<bishopDeltas>(s, occupancy, c), walk(b, s, bishopDeltas, 4, true));
+            EXPECT_EQ(bishopSquares(s, occupancy.all, targetsOf(occupancy, c)), walk(b, s, bishopDeltas, 4, true));
             break;
-          case Rook: EXPECT_EQ(sliderSquares<rookDeltas>(s, occupancy, c), walk(b, s, rookDeltas, 4, true)); break;
-          case Queen: EXPECT_EQ(sliderSquares<kingDeltas>(s, occupancy, c), walk(b, s, kingDeltas, 8, true)); break;
+          case Rook:
+            EXPECT_EQ(rookSquares(s, occupancy.all, targetsOf(occupancy, c)), walk(b, s, rookDeltas, 4, true));
+            break;
+          case Queen:
+            EXPECT_EQ(queenSquares(s, occupancy.all, targetsOf(occupancy, c)), walk(b, s, kingDeltas, 8, true));
+            break;
           default: break;
         }
       }
