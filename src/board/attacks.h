@@ -21,15 +21,13 @@ struct PinInfo {
   CheckInfo check;
 };
 
-inline std::uint64_t squareBit(Square88 s) { return std::uint64_t(1) << toSquare64(s); }
-
 inline bool isPinned(const PinInfo& pins, Square88 s) {
   return ((pins.straightPinned | pins.diagonalPinned) & squareBit(s)) != 0;
 }
 
-// The pin shortcut: a move needs the test make when in check, by the king, by a pinned
-// piece, or en passant (which can bare the king along the rank of both pawns). Generation
-// asks the first three once per piece.
+// The pin shortcut for a single stored move: it needs the test make when in check, by the
+// king, by a pinned piece, or en passant (which can bare the king along the rank of both
+// pawns). Generation narrows these further per piece (movegen.h).
 inline bool pieceNeedsLegalityTest(const Board_0x88& board, Square88 from, const PinInfo& pins) {
   return pins.check.checkers != 0 || board.pieceOn[from] == King || isPinned(pins, from);
 }
@@ -96,13 +94,6 @@ inline bool isSliderOf(PieceType t, int sliderClass) {
   return t == Queen || t == (sliderClass == DiagonalSlider ? Bishop : Rook);
 }
 
-// The first occupied square from s along step d, or an off-board value.
-inline int firstOccupied(const Board_0x88& board, int s, int d) {
-  s += d;
-  while (onBoard(s) && board.pieceOn[s] == NoPiece) s += d;
-  return s;
-}
-
 }  // namespace detail
 
 namespace detail {
@@ -135,9 +126,23 @@ inline std::uint16_t sliderRays(const Board_0x88& board, Square88 s) {
   return rays;
 }
 
-// The walks below go against the table's deltas (-d), whose rays in rayDeltas are these.
+// The walks of isAttacked go against the table's deltas (-d), whose rays in rayDeltas are these.
 constexpr std::uint16_t rookWalkRays[4] = {1 << 4, 1 << 6, 1 << 8, 1 << 2};
 constexpr std::uint16_t bishopWalkRays[4] = {1 << 5, 1 << 7, 1 << 1, 1 << 3};
+
+// The first occupied square from s along step d, or an off-board value.
+inline int firstOccupied(const Board_0x88& board, int s, int d) {
+  s += d;
+  while (onBoard(s) && board.pieceOn[s] == NoPiece) s += d;
+  return s;
+}
+
+// The nearest piece along the ray dir from s, if it is a slider of By moving along it.
+template <Color By>
+inline bool sliderOnRay(const Board_0x88& board, Bitboard occupied, Square88 s, int dir, Square88& t) {
+  t = nearestOccupied(occupied, s, dir);
+  return t != NoSquare && board.colorOn[t] == By && isSliderOf(board.pieceOn[t], raySliderClass[dir]);
+}
 
 }  // namespace detail
 
@@ -162,15 +167,17 @@ inline bool isAttacked(const Board_0x88& board, Square88 s, CheckInfo& info) {
   }
   const std::uint16_t rays = detail::sliderRays<By>(board, s);
   if (rays == 0) return false;
+  // Walked, not scanned: the rays from a square near the king mostly end a step or two away,
+  // where a walk is shorter than a bit scan and its conversions.
   for (int i = 0; i < 4; ++i) {
     if (!(rays & detail::rookWalkRays[i])) continue;
-    int t = detail::firstOccupied(board, s, -rookDeltas[i]);
+    const int t = detail::firstOccupied(board, s, -rookDeltas[i]);
     if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Rook || board.pieceOn[t] == Queen))
       return found(t);
   }
   for (int i = 0; i < 4; ++i) {
     if (!(rays & detail::bishopWalkRays[i])) continue;
-    int t = detail::firstOccupied(board, s, -bishopDeltas[i]);
+    const int t = detail::firstOccupied(board, s, -bishopDeltas[i]);
     if (onBoard(t) && board.colorOn[t] == By && (board.pieceOn[t] == Bishop || board.pieceOn[t] == Queen))
       return found(t);
   }
@@ -193,18 +200,17 @@ inline bool findCheck(const Board_0x88& board, CheckInfo& info) {
 // rays: the rays from the king with an enemy slider along them (detail::sliderRays); only
 // these can hold a pin, so only these are walked.
 template <Color Us>
-inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&deltas)[4], int sliderClass, std::uint16_t rays) {
-  constexpr Color Them = opposite(Us);
+inline std::uint64_t pinsAlong(const Board_0x88& board, const int (&directions)[4], std::uint16_t rays) {
   const Square88 k = board.kingSquare(Us);
   std::uint64_t pinned = 0;
   if (k == NoSquare) return pinned;
-  for (int d : deltas) {
-    if (!(rays & lineBitsByDifference[d + LineDifferenceOffset])) continue;
-    int p = detail::firstOccupied(board, k, d);
-    if (!onBoard(p) || board.colorOn[p] != Us) continue;
-    int t = detail::firstOccupied(board, p, d);
-    if (onBoard(t) && board.colorOn[t] == Them && detail::isSliderOf(board.pieceOn[t], sliderClass))
-      pinned |= squareBit(Square88(p));
+  const Bitboard occupied = board.occupiedSquares();
+  for (int dir : directions) {
+    if (!(rays & (1 << dir))) continue;
+    const Square88 p = nearestOccupied(occupied, k, dir);
+    Square88 t = NoSquare;
+    if (p == NoSquare || board.colorOn[p] != Us) continue;
+    if (detail::sliderOnRay<opposite(Us)>(board, occupied, p, dir, t)) pinned |= squareBit(p);
   }
   return pinned;
 }
@@ -217,19 +223,18 @@ inline std::uint16_t raysToKing(const Board_0x88& board) {
 
 template <Color Us>
 inline std::uint64_t straightPins(const Board_0x88& board) {
-  return pinsAlong<Us>(board, rookDeltas, StraightSlider, raysToKing<Us>(board));
+  return pinsAlong<Us>(board, rookDirections, raysToKing<Us>(board));
 }
 
 template <Color Us>
 inline std::uint64_t diagonalPins(const Board_0x88& board) {
-  return pinsAlong<Us>(board, bishopDeltas, DiagonalSlider, raysToKing<Us>(board));
+  return pinsAlong<Us>(board, bishopDirections, raysToKing<Us>(board));
 }
 
 template <Color Us>
 inline PinInfo computePinInfo(const Board_0x88& board, const CheckInfo& check) {
   const std::uint16_t rays = raysToKing<Us>(board);
-  return PinInfo{pinsAlong<Us>(board, rookDeltas, StraightSlider, rays),
-                 pinsAlong<Us>(board, bishopDeltas, DiagonalSlider, rays), check};
+  return PinInfo{pinsAlong<Us>(board, rookDirections, rays), pinsAlong<Us>(board, bishopDirections, rays), check};
 }
 
 namespace detail {
@@ -241,6 +246,7 @@ inline bool givesDirectOrDiscoveredCheck(const Board_0x88& board, Move m, Square
   const int fromDir = rayDirection(k, from);
   const int toDir = rayDirection(k, to);
   const PieceType piece = moveKind(m) == PromotionMove ? promotionPiece(m) : board.pieceOn[from];
+  const Bitboard occupied = board.occupiedSquares();
   auto found = [&](Square88 checker) {
     info.checkers = 1;
     info.square = checker;
@@ -252,22 +258,16 @@ inline bool givesDirectOrDiscoveredCheck(const Board_0x88& board, Move m, Square
   } else if (piece == Knight) {
     for (int d : knightDeltas)
       if (to + d == k) return found(to);
-  } else if (toDir != 0) {
-    const int sliderClass = raySliderClass[toDir];
-    if (piece == Queen || (piece == Bishop && sliderClass == DiagonalSlider) ||
-        (piece == Rook && sliderClass == StraightSlider)) {
-      for (int d : sliderClass == DiagonalSlider ? bishopDeltas : rookDeltas)
-        if (firstOccupied(board, to, d) == k) return found(to);
-    }
+  } else if (toDir != 0 && isSliderOf(piece, raySliderClass[toDir])) {
+    // Only the ray from the target back toward the king can reach it.
+    if (nearestOccupied(occupied, to, reverseDirection(toDir)) == k) return found(to);
   }
 
   if (fromDir == 0 || toDir == fromDir) return false;
-  const int step = rayDeltas[fromDir];
-  if (firstOccupied(board, k, step) != from) return false;
-  const int behind = firstOccupied(board, from, step);
-  if (!onBoard(behind) || board.colorOn[behind] != Us) return false;
-  if (!isSliderOf(board.pieceOn[behind], raySliderClass[fromDir])) return false;
-  return found(Square88(behind));
+  if (nearestOccupied(occupied, k, fromDir) != from) return false;
+  Square88 behind = NoSquare;
+  if (!sliderOnRay<Us>(board, occupied, from, fromDir, behind)) return false;
+  return found(behind);
 }
 
 }  // namespace detail
@@ -291,7 +291,8 @@ inline bool givesCheck(Board_0x88& board, Move m, CheckInfo& info) {
 }
 
 // A king's step needs no test make: with the king lifted off its square, a slider's line
-// through that square reaches the target as it would after the move.
+// through that square reaches the target as it would after the move. isAttacked walks pieceOn
+// alone, so the occupancy bits are left as they are.
 template <Color Us>
 inline bool isKingStepSafe(Board_0x88& board, Square88 from, Square88 to) {
   CheckInfo info;

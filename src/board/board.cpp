@@ -67,6 +67,7 @@ void Board_0x88::clear() {
     for (Square88& s : list) s = NoSquare;
   for (auto& counts : pieceCount)
     for (auto& n : counts) n = 0;
+  occupied[White] = occupied[Black] = 0;
   psq[White] = psq[Black] = ScorePair{};
   historyIndex = 0;
   history[0] = HistoryRecord{};

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "board/bitboards.h"
 #include "board/keys.h"
 #include "board/piece_square.h"
 #include "board/types.h"
@@ -81,6 +82,7 @@ class Board_0x88 : public Board_Common {
   void unmakeNullMove(const UndoRecord& undo);
 
   Square88 kingSquare(Color c) const { return pieceList[c][0]; }
+  Bitboard occupiedSquares() const { return occupied[White] | occupied[Black]; }
   std::uint8_t totalCount(Color c) const { return pieceCount[c][TotalCountIndex]; }
 
   PieceType pieceOn[128];
@@ -88,6 +90,9 @@ class Board_0x88 : public Board_Common {
   std::uint8_t slotOn[128];
   Square88 pieceList[2][16];
   std::uint8_t pieceCount[2][8];  // by PieceType; entry 7 is the total, kings included
+  // The squares of each colour's pieces, kept beside pieceOn so that a ray's nearest piece
+  // is one bit scan away.
+  Bitboard occupied[2];
 
  private:
   // What a make or unmake keeps up besides the pieces themselves.

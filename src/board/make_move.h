@@ -56,6 +56,7 @@ inline void Board_0x88::place(Square88 s, PieceType t, Color c, std::uint8_t slo
   colorOn[s] = c;
   slotOn[s] = slot;
   pieceList[c][slot] = s;
+  occupied[c] |= squareBit(s);
   ++pieceCount[c][t];
   ++pieceCount[c][TotalCountIndex];
   if constexpr (K == Keep::Everything || K == Keep::SumsOnly) psq[c] += pieceSquareOf(c, t, s);
@@ -70,6 +71,7 @@ inline void Board_0x88::remove(Square88 s) {
   PieceType t = pieceOn[s];
   constexpr Color c = C;
   pieceList[c][slotOn[s]] = NoSquare;
+  occupied[c] &= ~squareBit(s);
   --pieceCount[c][t];
   --pieceCount[c][TotalCountIndex];
   pieceOn[s] = NoPiece;
@@ -90,6 +92,7 @@ inline void Board_0x88::move(Square88 from, Square88 to) {
   colorOn[to] = c;
   slotOn[to] = slot;
   pieceList[c][slot] = to;
+  occupied[c] ^= squareBit(from) | squareBit(to);
   pieceOn[from] = NoPiece;
   colorOn[from] = NoColor;
   slotOn[from] = EmptySlot;

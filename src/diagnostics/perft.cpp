@@ -60,6 +60,14 @@ void setUpSelector(MoveSelector& selector, Board_0x88& board, const CheckInfo& c
     selector.initFull<Us>(SelectAll, board, NoMove);
 }
 
+// The check state of Us: handed down from the move that led here, or found.
+template <Color Us, bool InCheck>
+CheckInfo checkHere(const Board_0x88& board, const CheckInfo& handed) {
+  CheckInfo found = handed;
+  if constexpr (!InCheck) findCheck<Us>(board, found);
+  return found;
+}
+
 // The leaves below one move, with the check it gives handed to the reply.
 template <Color Us>
 std::uint64_t subtree(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, Move m) {
@@ -161,17 +169,15 @@ void preparePerftHash(PerftTable& table, std::uint32_t sizeMB, std::ostream& out
 template <Color Us, bool InCheck>
 std::uint64_t perftNode(std::uint64_t& nodes, Board_0x88& board, PerftTable& table, int depth, const CheckInfo& check) {
   ++nodes;
-  MoveSelector selector;
-  setUpSelector<Us, InCheck>(selector, board, check);
-  if (depth == 1) {
-    selector.nextAsGenerated<Us>();
-    return selector.list.count;
-  }
+  // The last ply only counts the moves, which needs no list.
+  if (depth == 1) return countLegalMoves<Us>(board, checkHere<Us, InCheck>(board, check));
   const Key key = board.lightKeys[board.lightIndex];
   std::uint64_t sum = 0;
   if (probe(table, key, depth, sum)) return sum;
-  for (Move m = selector.nextAsGenerated<Us>(); !isNoMove(m); m = selector.nextAsGenerated<Us>())
-    sum += subtree<Us>(nodes, board, table, depth - 1, m);
+  // The list in generation order, as the selector's perft form gives it, without its stages.
+  MoveList moves;
+  generateLegalMovesFor<Us>(board, checkHere<Us, InCheck>(board, check), moves);
+  for (std::uint32_t i = 0; i < moves.count; ++i) sum += subtree<Us>(nodes, board, table, depth - 1, moves[i]);
   store(table, key, depth, sum);
   return sum;
 }

@@ -40,6 +40,7 @@ struct MoveSelector {
   std::int32_t kind = SelectAll;
   std::uint32_t stageIndex = 0;
   bool stageStarted = false;
+  bool generatedAhead = false;  // the list holds the moves of the generated stage, unscored
   Move pvMove = NoMove;
   Move hashMove = NoMove;
 
@@ -63,12 +64,14 @@ struct MoveSelector {
     return advance<Us, true>();
   }
 
-  // Back to the start, so that the next call generates afresh.
-  void rewind() {
-    cursor = 0;
-    stageIndex = 0;
+  // Generates all the moves before any stage asks for them and counts them; the stage that
+  // hands them out later scores this list instead of generating it again.
+  template <Color Us>
+  std::uint32_t generateAhead() {
+    generateStage<Us, false>();
     stageStarted = false;
-    list.count = 0;
+    generatedAhead = true;
+    return list.count;
   }
 
   SelectorStage stage() const { return stageSequences[kind][stageIndex]; }
@@ -107,6 +110,7 @@ inline void MoveSelector::init(SelectorKind selectorKind, Board_0x88& b, const C
   stageIndex = 0;
   cursor = 0;
   stageStarted = false;
+  generatedAhead = false;
   board = &b;
   pvMove = pv;
   hashMove = NoMove;
@@ -202,7 +206,10 @@ inline Move MoveSelector::takeBest(Move givenA, Move givenB) {
 template <Color Us, bool CapturesOnly>
 inline Move MoveSelector::generatedStageScored() {
   if (!stageStarted) {
-    generateStage<Us, CapturesOnly>();
+    if (generatedAhead)
+      stageStarted = true;
+    else
+      generateStage<Us, CapturesOnly>();
     scoreMoves<Us, CapturesOnly>(*board, list);
   }
   return CapturesOnly ? takeBest(pvMove, NoMove) : takeBest(pvMove, hashMove);

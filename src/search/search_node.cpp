@@ -274,14 +274,11 @@ int Searcher::searchNode(int alpha, int beta, int ply, int depth, PvLine& line) 
   }
 
   // 10. Single reply extension: near the root, a node with one legal move is searched a ply
-  // deeper, since its cost is that of one move. Counting them generates the whole list.
+  // deeper, since its cost is that of one move. Counting them generates the whole list, which
+  // the move loop then scores and uses.
   MoveSelector selector;
   selector.init<Us>(SelectNormal, board, CheckInfo{}, NoMove);
-  if (ply < SingleReplyMaxPly) {
-    selector.next<Us>();
-    if (selector.list.count == 1) ++node.depth;
-    selector.rewind();
-  }
+  if (ply < SingleReplyMaxPly && selector.generateAhead<Us>() == 1) ++node.depth;
 
   // 11. The moves, the line's first and the table's before the rest; with none it is stalemate.
   selector.pvMove = line.first();

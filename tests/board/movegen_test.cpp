@@ -45,6 +45,40 @@ TEST(MoveGeneration, EnPassantThatBaresTheKingAlongTheRankIsNoLegalStoredMove) {
   EXPECT_FALSE(isLegal<White>(*boardFrom("8/8/8/K2pP2r/8/8/8/7k w - d6 0 1"), makeEnPassant(sq::e5, sq::d6)));
 }
 
+// The count of perft's last ply and the capture list of quiescence are both cut from the full
+// list: in check (the king's steps, a capture of the checker, a block), with pins (a rook along
+// its line, a pinned knight), promotions, en passant and castling.
+TEST(MoveGeneration, CountAndCapturesAgreeWithTheFullList) {
+  const char* fens[] = {
+      "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1",
+      "4k3/8/8/1b6/8/3N4/4R3/r3K2q w - - 0 1",
+      "4k3/4r3/8/8/1b2R3/2N5/8/4K3 w - - 0 1",
+      "3n1n2/4P3/8/8/8/8/8/K6k w - - 0 1",
+      "4k3/8/8/3Pp3/8/8/8/R3K2R w KQ e6 0 2",
+      "8/8/3k4/2pP4/8/8/8/4K2R w - c6 0 1",
+  };
+  for (const char* fen : fens) {
+    auto board = boardFrom(fen);
+    MoveList all;
+    generateLegalMoves(*board, all);
+    CheckInfo check;
+    findCheck<White>(*board, check);
+    EXPECT_EQ(countLegalMoves<White>(*board, check), all.count) << fen;
+    if (check.checkers != 0) continue;
+    MoveList captures;
+    generateCaptures<White>(*board, computePinInfo<White>(*board, check), captures);
+    Texts expected, got;
+    for (std::uint32_t i = 0; i < all.count; ++i) {
+      const Move m = all[i];
+      const bool promotesToQueen = moveKind(m) == PromotionMove && promotionPiece(m) == Queen;
+      if (moveKind(m) == NormalMove ? board->pieceOn[toSquare(m)] != NoPiece : promotesToQueen)
+        expected.push_back(moveToText(m));
+    }
+    for (std::uint32_t i = 0; i < captures.count; ++i) got.push_back(moveToText(captures[i]));
+    EXPECT_EQ(got, expected) << fen;
+  }
+}
+
 TEST(MoveGeneration, FullListDropsTheRest) {
   MoveList list;
   for (int i = 0; i < 300; ++i) list.addMove(Move(i + 1));
