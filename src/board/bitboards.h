@@ -13,6 +13,10 @@ namespace torvy {
 using Bitboard = std::uint64_t;
 
 inline Bitboard squareBit(Square88 s) { return Bitboard(1) << toSquare64(s); }
+constexpr Bitboard bitOf(int file, int rank) { return Bitboard(1) << (rank * 8 + file); }
+
+// One instruction where the build targets processors with a population count (the default).
+constexpr int countSquares(Bitboard set) { return std::popcount(set); }
 
 // By the direction index of rayDeltas: the squares along that ray, the square itself left out.
 constexpr int DirectionCount = 9;

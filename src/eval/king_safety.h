@@ -14,7 +14,7 @@ namespace torvy {
 
 // Six bits: near row lower file, king's file, higher file, then the same for the far row.
 // A square off the board, and the whole own eighth rank, count as holding a pawn.
-constexpr unsigned shelterPattern(SquareSet ownPawns, Square88 kingSquare, Color color) {
+constexpr unsigned shelterPattern(Bitboard ownPawns, Square88 kingSquare, Color color) {
   const int file = fileOf(kingSquare);
   const unsigned offBoard = (file == 0 ? 1u : 0u) | (file == 7 ? 4u : 0u);
   unsigned pattern = 0;
@@ -45,10 +45,10 @@ inline constexpr int MaxHeavy = 2;
 // Each is a mask of the squares whose pawns stop it, so counting holes takes two tests instead
 // of building the pattern. A hole that the rim or the eighth rank closes has a1 in its mask,
 // where no pawn ever stands and which the own pawns are given.
-inline constexpr SquareSet ClosedHole = 1;
+inline constexpr Bitboard ClosedHole = 1;
 struct ShelterMasks {
-  SquareSet lower;
-  SquareSet higher;
+  Bitboard lower;
+  Bitboard higher;
 };
 using ShelterTable = std::array<std::array<ShelterMasks, 64>, 2>;
 
@@ -63,9 +63,9 @@ constexpr ShelterTable makeShelterTable() {
       if (closed & (NearLower | FarLower)) masks.lower |= ClosedHole;
       if (closed & NearHigher) masks.higher |= ClosedHole;
       for (int pawn = 8; pawn < 56; ++pawn) {
-        const unsigned covered = shelterPattern(SquareSet(1) << pawn, k, c) & ~closed;
-        if (covered & (NearLower | FarLower)) masks.lower |= SquareSet(1) << pawn;
-        if (covered & NearHigher) masks.higher |= SquareSet(1) << pawn;
+        const unsigned covered = shelterPattern(Bitboard(1) << pawn, k, c) & ~closed;
+        if (covered & (NearLower | FarLower)) masks.lower |= Bitboard(1) << pawn;
+        if (covered & NearHigher) masks.higher |= Bitboard(1) << pawn;
       }
     }
   return table;
@@ -95,7 +95,7 @@ inline constexpr SafetyTable safetyTable = makeSafetyTable();
 template <Color Us, class Book>
 PackedScore kingSafety(const PawnInfo& info, Square88 kingSquare, std::uint32_t enemySignature, Book& book) {
   const detail::ShelterMasks& masks = detail::shelterTable[Us][toSquare64(kingSquare)];
-  const SquareSet pawns = info.pawns[Us] | detail::ClosedHole;
+  const Bitboard pawns = info.pawns[Us] | detail::ClosedHole;
   const int holes = int((pawns & masks.lower) == 0) + int((pawns & masks.higher) == 0);
   const unsigned heavy =
       std::min(unsigned(detail::MaxHeavy), signature::field(enemySignature, signature::RookShift) +

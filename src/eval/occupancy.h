@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "board/bitboards.h"
 #include "board/board.h"
-#include "eval/square_set.h"
 
 namespace torvy {
 
@@ -14,17 +14,17 @@ namespace detail {
 
 // The bit of each 0x88 square, and none for any square off the board, which an empty slot of
 // a piece list holds: each slot costs one load and one OR, with no test.
-constexpr std::array<SquareSet, 256> makeSlotBits() {
-  std::array<SquareSet, 256> bits{};
+constexpr std::array<Bitboard, 256> makeSlotBits() {
+  std::array<Bitboard, 256> bits{};
   for (int s = 0; s < 256; ++s)
-    if (onBoard(s)) bits[s] = SquareSet(1) << toSquare64(Square88(s));
+    if (onBoard(s)) bits[s] = Bitboard(1) << toSquare64(Square88(s));
   return bits;
 }
-inline constexpr std::array<SquareSet, 256> slotBits = makeSlotBits();
+inline constexpr std::array<Bitboard, 256> slotBits = makeSlotBits();
 
 // One OR per slot; as a loop, the compiler turned it into a slower vector gather.
 template <std::size_t... Slot>
-[[gnu::always_inline]] inline SquareSet menIn(const Square88* list, std::index_sequence<Slot...>) {
+[[gnu::always_inline]] inline Bitboard menIn(const Square88* list, std::index_sequence<Slot...>) {
   return (slotBits[list[Slot]] | ...);
 }
 
@@ -36,17 +36,17 @@ constexpr int SharedSlotsBegin = 8;
 constexpr int SlotCount = 16;
 
 struct Occupancy {
-  SquareSet all;
-  SquareSet black;
+  Bitboard all;
+  Bitboard black;
   // Whether a colour's pawn slots may hold a piece, promoted there; always so for a colour with
   // pawns when the pawns were not given.
   bool piecesInPawnSlots[2];
 
-  SquareSet men(Color c) const { return c == Black ? black : all & ~black; }
+  Bitboard men(Color c) const { return c == Black ? black : all & ~black; }
 
   // Pawns already known, from the pawn hash, spare reading their slots: only when the count
   // says that a piece stands among them are those slots read. Without pawns, all are.
-  static Occupancy of(const Board_0x88& board, SquareSet whitePawns = 0, SquareSet blackPawns = 0) {
+  static Occupancy of(const Board_0x88& board, Bitboard whitePawns = 0, Bitboard blackPawns = 0) {
     Occupancy occupancy{0, 0, {false, false}};
     occupancy.black = occupancy.menOf(board, Black, blackPawns);
     occupancy.all = occupancy.menOf(board, White, whitePawns) | occupancy.black;
@@ -54,8 +54,8 @@ struct Occupancy {
   }
 
  private:
-  SquareSet menOf(const Board_0x88& board, Color c, SquareSet pawns) {
-    SquareSet men = pawns | detail::menIn(board.pieceList[c], std::make_index_sequence<SharedSlotsBegin>());
+  Bitboard menOf(const Board_0x88& board, Color c, Bitboard pawns) {
+    Bitboard men = pawns | detail::menIn(board.pieceList[c], std::make_index_sequence<SharedSlotsBegin>());
     piecesInPawnSlots[c] = countSquares(men) != board.totalCount(c);
     if (piecesInPawnSlots[c])
       men |= detail::menIn(board.pieceList[c] + SharedSlotsBegin,

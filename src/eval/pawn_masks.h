@@ -4,12 +4,12 @@
 #include <array>
 #include <cstdint>
 
+#include "board/bitboards.h"
 #include "board/types.h"
-#include "eval/square_set.h"
 
 namespace torvy {
 
-using PawnMaskTable = std::array<std::array<SquareSet, 64>, 2>;
+using PawnMaskTable = std::array<std::array<Bitboard, 64>, 2>;
 
 namespace detail {
 
@@ -23,7 +23,7 @@ constexpr PawnMaskTable makePawnMasks() {
     for (int s = 8; s < 56; ++s) {
       const int file = s & 7;
       const int relative = c == White ? s >> 3 : 7 - (s >> 3);
-      SquareSet set = 0;
+      Bitboard set = 0;
       for (int r = 1; r <= 6; ++r) {
         const int rank = c == White ? r : 7 - r;
         const bool behindOrLevel = r <= relative;

@@ -21,26 +21,26 @@ constexpr ScorePair passedBonus[12] = {{0, 0},   {97, 188}, {76, 133}, {20, 84},
 constexpr ScorePair unstoppableBonus[12] = {{0, 0},   {193, 420}, {143, 339}, {95, 90}, {-33, 72}, {-38, 47},
                                             {-9, 55}, {0, 0},     {0, 0},     {0, 0},   {0, 0},    {0, 0}};
 
-constexpr SquareSet FileA = 0x0101010101010101;
-constexpr SquareSet FileH = FileA << 7;
+constexpr Bitboard FileA = 0x0101010101010101;
+constexpr Bitboard FileH = FileA << 7;
 
 // The nearest of a non-empty set in the direction in which Us advances.
 template <Color Us>
-int nearestAhead(SquareSet set) {
+int nearestAhead(Bitboard set) {
   return Us == White ? std::countr_zero(set) : 63 - std::countl_zero(set);
 }
 
 // The squares ahead of a pawn on its own file, up to the last rank; every man there slows it.
 template <Color Us>
-SquareSet pathToPromotion(int s) {
-  const SquareSet file = FileA << (s & 7);
-  return Us == White ? file & ~SquareSet(0) << (s + 1) : file & ((SquareSet(1) << s) - 1);
+Bitboard pathToPromotion(int s) {
+  const Bitboard file = FileA << (s & 7);
+  return Us == White ? file & ~Bitboard(0) << (s + 1) : file & ((Bitboard(1) << s) - 1);
 }
 
 // The squares from which an enemy pawn would capture on one of the set, which lies on one file.
 template <Color Us>
-SquareSet enemyPawnAttackers(SquareSet set, int file) {
-  SquareSet attackers = 0;
+Bitboard enemyPawnAttackers(Bitboard set, int file) {
+  Bitboard attackers = 0;
   if (file != 0) attackers |= Us == White ? set << 7 : set >> 9;
   if (file != 7) attackers |= Us == White ? set << 9 : set >> 7;
   return attackers;
@@ -51,7 +51,7 @@ void collectPawns(PawnInfo& info, const Board_0x88& board) {
     for (int slot = SharedSlotsBegin; slot < SlotCount; ++slot) {
       const Square88 s = board.pieceList[c][slot];
       if (!onBoard(s) || board.pieceOn[s] != Pawn) continue;
-      info.pawns[c] |= SquareSet(1) << toSquare64(s);
+      info.pawns[c] |= Bitboard(1) << toSquare64(s);
       ++info.fileCount[c][fileOf(s)];
     }
   for (int f = 0; f < 8; ++f) {
@@ -64,8 +64,8 @@ void collectPawns(PawnInfo& info, const Board_0x88& board) {
 // The pawns of Us with no enemy pawn ahead on their own or a neighbouring file: the enemy pawns
 // spread backwards from Us's side and sideways, which is passedMask seen from the other end.
 template <Color Us>
-SquareSet passedPawns(const PawnInfo& info) {
-  SquareSet span = info.pawns[opposite(Us)];
+Bitboard passedPawns(const PawnInfo& info) {
+  Bitboard span = info.pawns[opposite(Us)];
   if constexpr (Us == White) {
     span >>= 8;
     span |= span >> 8;
@@ -124,8 +124,8 @@ PackedScore evaluatePawns(PawnInfo& info, const Board_0x88& board, PawnHashTable
 
 template <Color Us, class Book>
 PackedScore pawnStructure(const PawnInfo& info, Book& book) {
-  const SquareSet own = info.pawns[Us];
-  const SquareSet enemy = info.pawns[opposite(Us)];
+  const Bitboard own = info.pawns[Us];
+  const Bitboard enemy = info.pawns[opposite(Us)];
   const auto& count = info.fileCount[Us];
   ScorePair total;
   unsigned isolatedFiles = 0;
@@ -139,7 +139,7 @@ PackedScore pawnStructure(const PawnInfo& info, Book& book) {
     }
     if (count[f] != 1) total += doubledWeight;
   }
-  for (SquareSet set = own; set; set &= set - 1) {
+  for (Bitboard set = own; set; set &= set - 1) {
     const int s = std::countr_zero(set);
     const int file = s & 7;
     const int relative = Us == White ? s >> 3 : 7 - (s >> 3);
@@ -149,7 +149,7 @@ PackedScore pawnStructure(const PawnInfo& info, Book& book) {
     // the pawn's own file up to the nearest such rank is the way it must go to find support.
     const int nearest = nearestAhead<Us>(passedMask[Us][s] & ~forwardFile[Us][s] & own);
     const int stopRank = nearest >> 3;
-    const SquareSet stretch = forwardFile[Us][s] & ~forwardFile[Us][stopRank * 8 + file];
+    const Bitboard stretch = forwardFile[Us][s] & ~forwardFile[Us][stopRank * 8 + file];
     if (enemyPawnAttackers<Us>(stretch, file) & enemy) total += attackedStretchWeight;
     if (stretch & enemy) total += occupiedStretchWeight;
   }
@@ -166,10 +166,10 @@ PackedScore passedPawnScore(const Board_0x88& board, const MaterialInfo& materia
   // A single enemy piece beside pawns is the one case in which the king race decides.
   const bool loneEnemyPiece = material.pawns(Them) + 1 == material.menBesideKing(Them);
   ScorePair total;
-  for (SquareSet set = info.passed[Us]; set; set &= set - 1) {
+  for (Bitboard set = info.passed[Us]; set; set &= set - 1) {
     const int s = std::countr_zero(set);
     const int rank = Us == White ? s >> 3 : 7 - (s >> 3);
-    const SquareSet path = pathToPromotion<Us>(s);
+    const Bitboard path = pathToPromotion<Us>(s);
     // The double step saves a move; every man on the way costs one.
     const int n = (rank == 1 ? 5 : 7 - rank) + countSquares(path & occupancy.all);
     const bool blocked = (path & occupancy.men(Them)) != 0;

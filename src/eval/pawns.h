@@ -15,8 +15,8 @@ namespace torvy {
 
 // The working record of one evaluation.
 struct PawnInfo {
-  SquareSet pawns[2] = {};
-  SquareSet passed[2] = {};
+  Bitboard pawns[2] = {};
+  Bitboard passed[2] = {};
   std::uint8_t fileCount[2][8] = {};  // filled on a pawn hash miss only
   std::uint8_t openFiles = 0;         // bit f: no pawn on file f
   std::uint8_t halfOpenFiles = 0;     // bit f: pawns of one colour only on file f

@@ -74,8 +74,8 @@ namespace {
 struct Surroundings {
   const Board_0x88& board;
   const PawnInfo& info;
-  SquareSet all;
-  SquareSet targets;  // for the colour's men
+  Bitboard all;
+  Bitboard targets;  // for the colour's men
   Square88 enemyKing;
   KingTropism tropism;
 };

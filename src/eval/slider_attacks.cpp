@@ -4,7 +4,7 @@ namespace torvy {
 
 namespace detail {
 
-std::array<SquareSet, SliderTableSize> sliderAttackTable;
+std::array<Bitboard, SliderTableSize> sliderAttackTable;
 
 }  // namespace detail
 
@@ -15,7 +15,7 @@ void fill(const detail::Magics& magics) {
   for (int s = 0; s < 64; ++s) {
     const detail::Magic& m = magics[toSquare88(Square64(s))];
     // Every subset of the mask in turn: subtracting the mask carries through its gaps.
-    SquareSet blockers = 0;
+    Bitboard blockers = 0;
     do {
       m.attacks[blockers * m.factor >> m.shift] = detail::walkAttacks<Deltas>(s, blockers);
       blockers = (blockers - m.mask) & m.mask;

@@ -8,8 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "board/bitboards.h"
 #include "board/geometry.h"
-#include "eval/square_set.h"
 
 namespace torvy {
 
@@ -17,20 +17,20 @@ namespace detail {
 
 // 32 bytes, so that a square's entry is found with one shift.
 struct Magic {
-  SquareSet mask;        // the squares whose men can block, each ray's far end left out
+  Bitboard mask;         // the squares whose men can block, each ray's far end left out
   std::uint64_t factor;  // maps each set of blockers within the mask to its own index
-  SquareSet* attacks;    // the square's part of the table, indexed directly; filled at start-up
+  Bitboard* attacks;     // the square's part of the table, indexed directly; filled at start-up
   unsigned shift;        // 64 less the squares of the mask
 };
 static_assert(sizeof(Magic) == 32);
 
 // The squares reached from s along the steps, each ray up to and with the first man of all.
 template <const auto& Deltas>
-constexpr SquareSet walkAttacks(int s, SquareSet all) {
-  SquareSet attacks = 0;
+constexpr Bitboard walkAttacks(int s, Bitboard all) {
+  Bitboard attacks = 0;
   for (int d : Deltas)
     for (int t = toSquare88(Square64(s)) + d; onBoard(t); t += d) {
-      const SquareSet bit = SquareSet(1) << toSquare64(Square88(t));
+      const Bitboard bit = Bitboard(1) << toSquare64(Square88(t));
       attacks |= bit;
       if (all & bit) break;
     }
@@ -38,10 +38,10 @@ constexpr SquareSet walkAttacks(int s, SquareSet all) {
 }
 
 template <const auto& Deltas>
-constexpr SquareSet blockerMask(int s) {
-  SquareSet mask = 0;
+constexpr Bitboard blockerMask(int s) {
+  Bitboard mask = 0;
   for (int d : Deltas)
-    for (int t = toSquare88(Square64(s)) + d; onBoard(t + d); t += d) mask |= SquareSet(1) << toSquare64(Square88(t));
+    for (int t = toSquare88(Square64(s)) + d; onBoard(t + d); t += d) mask |= Bitboard(1) << toSquare64(Square88(t));
   return mask;
 }
 
@@ -59,10 +59,10 @@ constexpr std::size_t tableSize() {
 }
 
 template <const auto& Deltas>
-constexpr Magics makeMagics(const Factors& factors, SquareSet* attacks) {
+constexpr Magics makeMagics(const Factors& factors, Bitboard* attacks) {
   Magics magics{};
   for (int s = 0; s < 64; ++s) {
-    const SquareSet mask = blockerMask<Deltas>(s);
+    const Bitboard mask = blockerMask<Deltas>(s);
     magics[toSquare88(Square64(s))] = {mask, factors[s], attacks, unsigned(64 - std::popcount(mask))};
     attacks += std::size_t(1) << std::popcount(mask);
   }
@@ -113,21 +113,21 @@ inline constexpr Factors rookFactors = {
 inline constexpr std::size_t BishopTableSize = tableSize<bishopDeltas>();
 inline constexpr std::size_t SliderTableSize = BishopTableSize + tableSize<rookDeltas>();
 
-extern std::array<SquareSet, SliderTableSize> sliderAttackTable;
+extern std::array<Bitboard, SliderTableSize> sliderAttackTable;
 
 inline constexpr Magics bishopMagics = makeMagics<bishopDeltas>(bishopFactors, sliderAttackTable.data());
 inline constexpr Magics rookMagics = makeMagics<rookDeltas>(rookFactors, sliderAttackTable.data() + BishopTableSize);
 
-inline SquareSet lookUp(const Magic& m, SquareSet all) { return m.attacks[(all & m.mask) * m.factor >> m.shift]; }
+inline Bitboard lookUp(const Magic& m, Bitboard all) { return m.attacks[(all & m.mask) * m.factor >> m.shift]; }
 
 }  // namespace detail
 
 // Fills the table, once however often it is called.
 void initSliderAttacks();
 
-inline SquareSet bishopAttacks(Square88 square, SquareSet all) {
+inline Bitboard bishopAttacks(Square88 square, Bitboard all) {
   return detail::lookUp(detail::bishopMagics[square], all);
 }
-inline SquareSet rookAttacks(Square88 square, SquareSet all) { return detail::lookUp(detail::rookMagics[square], all); }
+inline Bitboard rookAttacks(Square88 square, Bitboard all) { return detail::lookUp(detail::rookMagics[square], all); }
 
 }  // namespace torvy

@@ -5,9 +5,9 @@
 #include <array>
 #include <cstdint>
 
+#include "board/bitboards.h"
 #include "board/types.h"
 #include "eval/packed_score.h"
-#include "eval/square_set.h"
 
 namespace torvy {
 
@@ -77,8 +77,8 @@ inline constexpr TropismScores tropismScores = makeTropismScores();
 // Where a pawn of the colour bears on the ring of a king on each Square64, with table value 1
 // and 2. A pawn that has passed the king's rank bears on nothing.
 struct PawnTropismMasks {
-  SquareSet once;
-  SquareSet twice;
+  Bitboard once;
+  Bitboard twice;
 };
 using PawnTropismTable = std::array<std::array<PawnTropismMasks, 64>, 2>;
 
@@ -90,8 +90,8 @@ constexpr PawnTropismTable makePawnTropismTable() {
         const bool beyond = c == White ? pawn / 8 > king / 8 : pawn / 8 < king / 8;
         const int d = toSquare88(Square64(pawn)) - toSquare88(Square64(king));
         const int value = beyond ? 0 : tropismTable[Pawn][d < 0 ? -d : d];
-        if (value == 1) table[c][king].once |= SquareSet(1) << pawn;
-        if (value == 2) table[c][king].twice |= SquareSet(1) << pawn;
+        if (value == 1) table[c][king].once |= Bitboard(1) << pawn;
+        if (value == 2) table[c][king].twice |= Bitboard(1) << pawn;
       }
   return table;
 }
@@ -115,7 +115,7 @@ class KingTropism {
 };
 
 // The tropism of all pawns of the colour at once.
-inline ScorePair pawnTropism(Color c, SquareSet pawns, Square88 enemyKingSquare) {
+inline ScorePair pawnTropism(Color c, Bitboard pawns, Square88 enemyKingSquare) {
   const detail::PawnTropismMasks& masks = detail::pawnTropismTable[c][toSquare64(enemyKingSquare)];
   const int value = countSquares(pawns & masks.once) + 2 * countSquares(pawns & masks.twice);
   return scaled(detail::tropismWeight[Pawn], value);

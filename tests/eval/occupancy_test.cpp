@@ -15,14 +15,14 @@ using OccupancyTest = EvalFixture;
 TEST_F(OccupancyTest, MatchesTheColourArrayWithAndWithoutKnownPawns) {
   int promotedAmongPawns = 0;
   playRandomGames(10, 11, [&](Board_0x88& b) {
-    SquareSet all = 0, black = 0, pawns[2] = {0, 0};
+    Bitboard all = 0, black = 0, pawns[2] = {0, 0};
     for (int s = 0; s < 64; ++s) {
       const Square88 square = toSquare88(Square64(s));
       const Color c = b.colorOn[square];
       if (c == NoColor) continue;
-      all |= SquareSet(1) << s;
-      if (c == Black) black |= SquareSet(1) << s;
-      if (b.pieceOn[square] == Pawn) pawns[c] |= SquareSet(1) << s;
+      all |= Bitboard(1) << s;
+      if (c == Black) black |= Bitboard(1) << s;
+      if (b.pieceOn[square] == Pawn) pawns[c] |= Bitboard(1) << s;
     }
     const Occupancy known = Occupancy::of(b, pawns[White], pawns[Black]);
     for (const Occupancy& o : {Occupancy::of(b), known}) {

@@ -37,10 +37,9 @@ TEST_F(PawnsTest, PassedSetsFollowThePassedMasks) {
     PawnInfo info;
     evaluatePawns(info, b, pawnHash, none);
     for (Color c : {White, Black}) {
-      SquareSet expected = 0;
+      Bitboard expected = 0;
       for (int s = 0; s < 64; ++s)
-        if ((info.pawns[c] >> s & 1) && (passedMask[c][s] & info.pawns[opposite(c)]) == 0)
-          expected |= SquareSet(1) << s;
+        if ((info.pawns[c] >> s & 1) && (passedMask[c][s] & info.pawns[opposite(c)]) == 0) expected |= Bitboard(1) << s;
       EXPECT_EQ(info.passed[c], expected);
       passers += countSquares(expected);
     }

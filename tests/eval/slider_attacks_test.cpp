@@ -14,9 +14,9 @@ void expectEveryBlockerSetFindsItsWalk(const detail::Magics& magics) {
   std::mt19937_64 random(5);
   for (int s = 0; s < 64; ++s) {
     const detail::Magic& m = magics[toSquare88(Square64(s))];
-    SquareSet blockers = 0;
+    Bitboard blockers = 0;
     do {
-      const SquareSet all = blockers | (random() & ~m.mask);
+      const Bitboard all = blockers | (random() & ~m.mask);
       ASSERT_EQ(detail::lookUp(m, all), detail::walkAttacks<Deltas>(s, all)) << "square " << s;
       blockers = (blockers - m.mask) & m.mask;
     } while (blockers != 0);
