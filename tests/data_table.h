@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "board/types.h"
 #include "frontend/line_reader.h"
 
 namespace torvy::testing {
@@ -26,5 +27,8 @@ inline std::vector<DataRow> dataTable(const std::string& name) {
   }
   return rows;
 }
+
+// A square as the tables write it: "e4".
+inline Square88 squareNamed(const std::string& name) { return makeSquare(name[0] - 'a', name[1] - '1'); }
 
 }  // namespace torvy::testing

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstring>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -15,6 +14,7 @@
 #include "board/move_text.h"
 #include "board/movegen.h"
 #include "diagnostics/perft.h"
+#include "position_fields.h"
 
 namespace torvy::testing {
 
@@ -50,26 +50,8 @@ inline void play(Board_0x88& board, std::initializer_list<const char*> texts) {
   }
 }
 
-// Everything a make/unmake pair must give back, compared field by field.
 inline void expectSamePosition(const Board_0x88& a, const Board_0x88& b) {
-  for (int s = 0; s < 120; ++s) {
-    ASSERT_EQ(a.pieceOn[s], b.pieceOn[s]) << s;
-    ASSERT_EQ(a.colorOn[s], b.colorOn[s]) << s;
-    ASSERT_EQ(a.slotOn[s], b.slotOn[s]) << s;
-  }
-  ASSERT_EQ(0, std::memcmp(a.pieceList, b.pieceList, sizeof a.pieceList));
-  ASSERT_EQ(0, std::memcmp(a.pieceCount, b.pieceCount, sizeof a.pieceCount));
-  ASSERT_EQ(a.psq[White], b.psq[White]);
-  ASSERT_EQ(a.psq[Black], b.psq[Black]);
-  ASSERT_EQ(a.castlingRights, b.castlingRights);
-  ASSERT_EQ(a.epSquare, b.epSquare);
-  ASSERT_EQ(a.halfmoveClock, b.halfmoveClock);
-  ASSERT_EQ(a.sideToMove, b.sideToMove);
-  ASSERT_EQ(a.historyIndex, b.historyIndex);
-  ASSERT_EQ(a.key(), b.key());
-  ASSERT_EQ(a.pawnKey(), b.pawnKey());
-  ASSERT_EQ(a.lightIndex, b.lightIndex);
-  ASSERT_EQ(a.lightKeys[a.lightIndex], b.lightKeys[b.lightIndex]);
+  ASSERT_TRUE(PositionFields(a) == PositionFields(b));
 }
 
 // One table for all perft counts: big enough to matter, small enough for sanitizer runs.
@@ -100,13 +82,6 @@ inline std::string flippedFen(const std::string& fen) {
     if (castling.find(swapCase(right)) != std::string::npos) rights += right;
   if (ep != "-") ep[1] = ep[1] == '3' ? '6' : '3';
   return flipped + (side == "w" ? " b " : " w ") + (rights.empty() ? "-" : rights) + ' ' + ep + rest;
-}
-
-inline std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
 }
 
 }  // namespace torvy::testing

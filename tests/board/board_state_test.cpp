@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <cstring>
 #include <random>
 
 #include "board/draw_rules.h"

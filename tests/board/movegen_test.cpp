@@ -92,7 +92,7 @@ TEST(Attacks, GivesCheck) {
     CheckInfo info;
     EXPECT_EQ(givesCheck<White>(*board, testing::legalMove(*board, row[1].c_str()), info), row[2] == "check") << row[0];
     if (row[3] != "-") {
-      EXPECT_EQ(info.square, makeSquare(row[3][0] - 'a', row[3][1] - '1')) << row[0];
+      EXPECT_EQ(info.square, testing::squareNamed(row[3])) << row[0];
     }
     EXPECT_EQ(board->key(), before) << "the board is left as it was";
   }
@@ -108,18 +108,14 @@ TEST(Attacks, PseudoLegalityOfStoredMoves) {
   EXPECT_FALSE(isPseudoLegal<White>(*board, makeNormalMove(sq::e2, sq::e4, true)));
 }
 
-// A piece's step or its line with nothing in between, a pawn's push or its capture of a man.
+// Rows of data/piece_moves.txt.
 TEST(Attacks, StoredMovesMustFitThePieceThatMakesThem) {
   auto board = boardFrom("4k3/8/8/8/8/2p5/1P6/R3K1NB w - - 0 1");
-  const std::pair<Move, bool> cases[] = {
-      {makeNormalMove(sq::a1, sq::a8), true},        {makeNormalMove(sq::a1, sq::h8), false},
-      {makeNormalMove(sq::a1, sq::b8), false},       {makeNormalMove(sq::a1, sq::f1), false},
-      {makeNormalMove(sq::h1, sq::a8), true},        {makeNormalMove(sq::g1, sq::f3), true},
-      {makeNormalMove(sq::g1, sq::g3), false},       {makeNormalMove(sq::b2, sq::c3), true},
-      {makeNormalMove(sq::b2, sq::a3), false},       {makeNormalMove(sq::b2, sq::b4, true), true},
-      {makeNormalMove(sq::b2, sq::b3, true), false}, {makeNormalMove(sq::e1, sq::e3), false},
-  };
-  for (const auto& [move, fits] : cases) EXPECT_EQ(movesLikeItsPiece<White>(*board, move), fits) << moveToText(move);
+  for (const testing::DataRow& row : testing::dataTable("piece_moves.txt")) {
+    const bool doubleStep = row[1] != "-";
+    const Move move = makeNormalMove(testing::squareNamed(row[0]), testing::squareNamed(row[0].substr(2)), doubleStep);
+    EXPECT_EQ(movesLikeItsPiece<White>(*board, move), row[2] == "fits") << row[0];
+  }
 }
 
 // Generation and the walks keep a square plus a step in a byte: a step off any edge, below a1

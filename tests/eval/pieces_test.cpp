@@ -5,6 +5,8 @@
 #include "board/geometry.h"
 #include "eval/mobility.h"
 #include "eval/packed_score.h"
+
+#include "data_table.h"
 #include "eval_fixture.h"
 
 namespace torvy {
@@ -12,22 +14,12 @@ namespace {
 
 using PiecesTest = EvalFixture;
 
+// Rows of data/queen_files.txt.
 TEST_F(PiecesTest, QueenFileTermOnlyOnOpenFiles) {
-  struct QueenCase {
-    const char* fen;
-    Square88 queen;
-    ScorePair fileTerm;
-  };
-  const QueenCase cases[] = {
-      {"4k3/pppp1ppp/8/8/8/8/PPPP1PPP/3KQ3 w - - 0 1", sq::e1, {16, 111}},
-      {"3k4/pppp1ppp/8/8/8/8/PPPP1PPP/3KQ3 w - - 0 1", sq::e1, {7, 39}},
-      {"4k3/pppp1ppp/8/8/8/8/PPPP1PPP/Q3K3 w - - 0 1", sq::a1, {0, 0}},
-      // Half-open: no term at all.
-      {"4k3/pppppppp/8/8/8/8/PPPP1PPP/3KQ3 w - - 0 1", sq::e1, {0, 0}},
-  };
-  for (const QueenCase& c : cases) {
-    const ScorePair queens = terms(c.fen).term(EvalTerm::Queens, White);
-    EXPECT_EQ(queens - unpack(queenMobility(board, c.queen, White)), c.fileTerm) << c.fen;
+  for (const testing::DataRow& row : testing::dataTable("queen_files.txt")) {
+    const ScorePair queens = terms(row[0].c_str()).term(EvalTerm::Queens, White);
+    const ScorePair file = queens - unpack(queenMobility(board, testing::squareNamed(row[1]), White));
+    EXPECT_EQ(std::to_string(file.mg) + " " + std::to_string(file.eg), row[2]) << row[0];
   }
 }
 

@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "frontend/line_reader.h"
 #include "scratch_folder.h"
 #include "tools/engine_process.h"
 
@@ -38,13 +38,6 @@ namespace detail {
 inline std::string quietDirectory() {
   static const ScratchFolder folder;
   return folder.path();
-}
-
-inline std::vector<std::string> splitLines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);) lines.push_back(line);
-  return lines;
 }
 
 // True once a whole line that begins with prefix starts at or after offset.
@@ -94,7 +87,8 @@ inline EngineOutput runEngineScripted(const std::vector<ScriptStep>& steps, cons
   // An engine whose output has ended is given the rest of the time to exit.
   process.wait(std::max<Millis>(millisBetween(SteadyClock::now(), deadline), 0));
   result.exitCode = process.exitCode().value_or(-1);
-  result.lines = detail::splitLines(text);
+  result.lines = split(text, '\n');
+  if (result.lines.back().empty()) result.lines.pop_back();  // what the last newline ended
   return result;
 }
 

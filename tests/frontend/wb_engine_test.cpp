@@ -8,8 +8,7 @@
 #include <sstream>
 #include <tuple>
 
-#include "board/fen.h"
-#include "board/move_text.h"
+#include "board/board_helpers.h"
 
 namespace torvy {
 namespace {
@@ -21,11 +20,7 @@ class WBEngineTest : public ::testing::Test {
     ASSERT_TRUE(engine->dispatch("setboard " + fen));
     out.str("");
   }
-  Move parse(const char* text) {
-    Move m = NoMove;
-    EXPECT_TRUE(parseCoordinateMove(engine->player.board, text, m)) << text;
-    return m;
-  }
+  Move parse(const char* text) { return testing::legalMove(engine->player.board, text); }
   // Each move is followed by the game-end test, as in the command loop; its draw test is
   // what counts the occurrences of a position.
   void play(std::initializer_list<const char*> texts) {

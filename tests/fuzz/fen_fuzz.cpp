@@ -4,7 +4,6 @@
 // incremental keys equal to keys computed from nothing after each step.
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -12,6 +11,8 @@
 #include "board/move_text.h"
 #include "board/movegen.h"
 #include "diagnostics/perft.h"
+
+#include "../board/position_fields.h"
 
 namespace torvy {
 namespace {
@@ -25,51 +26,23 @@ void requireKeysMatch(const Board_0x88& board) {
   require(board.pawnKey() == board.computePawnKey());
 }
 
-// The fields a make/unmake pair must give back.
-struct Snapshot {
-  explicit Snapshot(const Board_0x88& b)
-      : rights(b.castlingRights),
-        ep(b.epSquare),
-        halfmoves(b.halfmoveClock),
-        side(b.sideToMove),
-        key(b.key()),
-        psq{b.psq[White], b.psq[Black]} {
-    std::memcpy(pieces, b.pieceOn, sizeof pieces);
-    std::memcpy(colors, b.colorOn, sizeof colors);
-    std::memcpy(pieceList, b.pieceList, sizeof pieceList);
-    std::memcpy(pieceCount, b.pieceCount, sizeof pieceCount);
-  }
-  bool operator==(const Snapshot&) const = default;
-
-  CastlingRights rights;
-  Square88 ep;
-  std::uint8_t halfmoves;
-  Color side;
-  Key key;
-  ScorePair psq[2];
-  std::uint8_t pieces[128];
-  std::uint8_t colors[128];
-  Square88 pieceList[2][16];
-  std::uint8_t pieceCount[2][8];
-};
-
 // Makes and takes back m with the light and then with the full pair, checking the keys and
 // the mover's king in between. The light stack starts from the full key, as perft sets it up.
 template <Color Us>
 void tryBothPairs(Board_0x88& board, Move m) {
-  const Snapshot before(board);
+  const testing::PositionFields before(board);
   UndoRecord undo;
   board.lightKeys[board.lightIndex] = board.key();
   board.makeMoveLight<Us>(m, undo);
   require(board.lightKeys[board.lightIndex] == board.computeKey());
   board.unmakeMoveLight<Us>(m, undo);
-  require(Snapshot(board) == before);
+  require(testing::PositionFields(board) == before);
   board.makeMove<Us>(m, undo);
   requireKeysMatch(board);
   CheckInfo info;
   require(!isKingAttacked<Us>(board, info));
   board.unmakeMove<Us>(m, undo);
-  require(Snapshot(board) == before);
+  require(testing::PositionFields(board) == before);
 }
 
 // Every legal move, and below each every legal reply; returns the number of replies.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "../board/board_helpers.h"
+#include "data_table.h"
 #include "eval/evaluate.h"
 #include "search/capture_safety.h"
 #include "search/move_selector.h"
@@ -64,22 +65,10 @@ TEST(MoveOrdering, UnfitHashAndPvMovesAreNeverGiven) {
 // A capture of a lower class loses when a pawn defends the victim, or a knight does against a
 // queen or a rook that takes a pawn. Other defenders are not looked at; a king never loses.
 TEST(CaptureSafety, LowerClassDefendersMakeACaptureLose) {
-  struct Case {
-    const char* fen;
-    Square88 from;
-    bool losing;
-  };
-  const Case cases[] = {
-      {"4k3/8/2p5/3p4/4P3/8/8/4K3 w - - 0 1", sq::e4, false}, {"4k3/8/2p5/3p4/8/4N3/8/4K3 w - - 0 1", sq::e3, true},
-      {"4k3/8/8/3p4/1n6/4N3/8/4K3 w - - 0 1", sq::e3, false}, {"4k3/8/8/3p4/1n6/8/8/3RK3 w - - 0 1", sq::d1, true},
-      {"4k3/8/2p5/3r4/8/8/8/3QK3 w - - 0 1", sq::d1, true},   {"4k3/8/8/3r4/1n6/8/8/3QK3 w - - 0 1", sq::d1, true},
-      {"3rk3/8/8/3r4/8/8/8/3QK3 w - - 0 1", sq::d1, false},   {"4k3/8/2p5/3n4/8/8/B7/4K3 w - - 0 1", sq::a2, false},
-      {"4k3/8/8/3b4/1n6/8/8/3RK3 w - - 0 1", sq::d1, false},  {"4k3/8/2p5/3b4/8/8/8/3RK3 w - - 0 1", sq::d1, true},
-      {"4k3/8/2p5/3p4/3K4/8/8/8 w - - 0 1", sq::d4, false},
-  };
-  for (const Case& c : cases) {
+  for (const DataRow& row : dataTable("losing_captures.txt")) {
+    const Move capture = makeNormalMove(squareNamed(row[1]), squareNamed(row[1].substr(2)));
     int gain = 0;
-    EXPECT_EQ(isLosingCapture<White>(*boardFrom(c.fen), makeNormalMove(c.from, sq::d5), gain), c.losing) << c.fen;
+    EXPECT_EQ(isLosingCapture<White>(*boardFrom(row[0].c_str()), capture, gain), row[2] == "loses") << row[0];
   }
 }
 

@@ -3,11 +3,11 @@
 #include <memory>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <utility>
 
 #include "board/fen.h"
 #include "board/move_text.h"
+#include "data_table.h"
 #include "eval/evaluate.h"
 #include "search/searcher.h"
 
@@ -72,19 +72,14 @@ class SearchTest : public ::testing::Test {
   bool stopBeforeStart = false;  // a stop raised before the search begins, as a stop mid-search
 };
 
-// Mates and a single legal move end the search at once, with a comment that names the move.
+// Mates and a single legal move end the search at once, with a comment that names the move: rows
+// of data/announced_moves.txt.
 TEST_F(SearchTest, MatesAndForcedMovesAreAnnounced) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "# forced mate in 1 plies: ", "a1a8"},
-      {"k7/8/2K5/8/8/8/8/7R w - - 0 1", "# forced mate in 3 plies: ", ""},
-      {"6k1/5ppp/8/8/8/8/rr6/4K3 w - - 0 1", "# getting mated in 2 plies: ", ""},
-      {"7k/8/8/8/8/8/6q1/7K w - - 0 1", "# forced move: ", "h1g2"},
-  };
-  for (const auto& [fen, comment, move] : cases) {
-    const SearchResult result = search(fen, 10);
-    EXPECT_NE(result.output.find(comment + moveToText(result.best) + "\n"), std::string::npos) << result.output;
-    if (*move) {
-      EXPECT_EQ(moveToText(result.best), move) << fen;
+  for (const testing::DataRow& row : testing::dataTable("announced_moves.txt")) {
+    const SearchResult result = search(row[0].c_str(), 10);
+    EXPECT_NE(result.output.find(row[1] + " " + moveToText(result.best) + "\n"), std::string::npos) << result.output;
+    if (row[2] != "-") {
+      EXPECT_EQ(moveToText(result.best), row[2]) << row[0];
     }
   }
 }

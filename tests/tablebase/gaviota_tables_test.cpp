@@ -3,12 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <initializer_list>
+#include <map>
 #include <string>
 #include <thread>
 #include <utility>
 #include <vector>
 
+#include "data_table.h"
 #include "tablebase/table_fixtures.h"
 
 namespace torvy {
@@ -22,18 +23,17 @@ constexpr std::uint32_t BlackToMove = 1;
 
 constexpr std::uint32_t square(const char* name) { return std::uint32_t((name[1] - '1') * 8 + (name[0] - 'a')); }
 
-// Men as letters and squares, "Qa1", White's in upper case.
-TablebaseProbe probeOf(std::uint32_t sideToMove, std::initializer_list<const char*> men,
-                       const char* epSquare = nullptr) {
+// Men as letters and squares, "Kb6 Qg1 ka8", White's in upper case; "-" for no en passant square.
+TablebaseProbe probeOf(std::uint32_t sideToMove, const std::string& men, const std::string& epSquare = "-") {
   TablebaseProbe probe;
   probe.sideToMove = sideToMove;
-  probe.epSquare = epSquare ? square(epSquare) : NoTableSquare;
+  probe.epSquare = epSquare == "-" ? NoTableSquare : square(epSquare.c_str());
   int whiteCount = 0, blackCount = 0;
-  for (const char* man : men) {
+  for (const std::string& man : split(men, ' ')) {
     const bool white = std::isupper(man[0]);
     const std::uint8_t piece = std::uint8_t(std::string(".pnbrqk").find(char(std::tolower(man[0]))));
     int& count = white ? whiteCount : blackCount;
-    (white ? probe.whiteSquares : probe.blackSquares)[count] = square(man + 1);
+    (white ? probe.whiteSquares : probe.blackSquares)[count] = square(man.c_str() + 1);
     (white ? probe.whitePieces : probe.blackPieces)[count] = piece;
     ++count;
   }
@@ -62,6 +62,20 @@ Answer probeDtm(GaviotaTables& tables, const TablebaseProbe& probe, bool hard = 
   return answer;
 }
 
+// The rows of data/tablebase_probes.txt for the tables named in their first field.
+void expectProbeRows(GaviotaTables& tables, const std::string& set) {
+  const std::map<std::string, unsigned> codes = {{"draw", ResultDraw},
+                                                 {"white mates", ResultWhiteMates},
+                                                 {"black mates", ResultBlackMates},
+                                                 {"forbidden", ResultForbidden}};
+  for (const testing::DataRow& row : testing::dataTable("tablebase_probes.txt")) {
+    if (row[0] != set) continue;
+    const Answer expected{row[4] == "found", codes.at(row[5]), unsigned(std::stoi(row[6]))};
+    EXPECT_EQ(probeDtm(tables, probeOf(row[1] == "white" ? WhiteToMove : BlackToMove, row[2], row[3])), expected)
+        << row[1] << " to move, " << row[2] << ", en passant " << row[3];
+  }
+}
+
 class InstalledTableProbeTest : public testing::InstalledTablesTest {
  protected:
   void SetUp() override {
@@ -75,25 +89,8 @@ class InstalledTableProbeTest : public testing::InstalledTablesTest {
 };
 
 TEST_F(InstalledTableProbeTest, AnswersForEitherColourArrangementAndBareKings) {
-  struct Case {
-    std::uint32_t side;
-    std::initializer_list<const char*> men;
-    Answer answer;
-  };
-  for (const Case& c : {
-           Case{WhiteToMove, {"Kb6", "Qg1", "ka8"}, {true, ResultWhiteMates, 1}},
-           // The same position with colours and ranks swapped has no table of its own.
-           Case{BlackToMove, {"kb3", "qg8", "Ka1"}, {true, ResultBlackMates, 1}},
-           Case{WhiteToMove, {"Qg1", "ka8", "Kb6"}, {true, ResultWhiteMates, 1}},  // men in any order
-           Case{WhiteToMove, {"Kc6", "Qc8", "ka8"}, {true, ResultForbidden, 0}},
-           Case{WhiteToMove, {"Ke1", "ke3"}, {true, ResultDraw, 0}},  // bare kings need no table
-           Case{BlackToMove, {"Ke1", "kd2"}, {true, ResultForbidden, 0}},
-           Case{WhiteToMove, {"Ke1", "Qd1", "ke8", "rh8"}, {false, ResultForbidden, 0}},  // no kqkr file here
-           Case{WhiteToMove, {"Ke1", "Qd1", "Ra1", "Bc1", "Nb1", "ke8"}, {false, ResultForbidden, 0}},
-       })
-    EXPECT_EQ(probeDtm(tables, probeOf(c.side, c.men)), c.answer) << *c.men.begin() << " side " << c.side;
-
-  TablebaseProbe castling = probeOf(WhiteToMove, {"Kb6", "Qg1", "ka8"});
+  expectProbeRows(tables, "installed");
+  TablebaseProbe castling = probeOf(WhiteToMove, "Kb6 Qg1 ka8");
   castling.castling = ProbeBlackKingSide;
   EXPECT_EQ(probeDtm(tables, castling), (Answer{false, ResultForbidden, 0}));
 }
@@ -105,7 +102,7 @@ TEST_F(InstalledTableProbeTest, ConcurrentProbesAgreeWithSerialOnes) {
   tables.cache().initCache(2 * TablebaseCache::DtmBlockBytes, 64);
   std::vector<TablebaseProbe> probes;
   for (std::uint32_t i = 0; i < 1000; ++i) {
-    TablebaseProbe probe = probeOf(i % 2, {"Ka1", "Qh1", "kh8"});
+    TablebaseProbe probe = probeOf(i % 2, "Ka1 Qh1 kh8");
     probe.whiteSquares = {i * 7 % 64, 8 + i * 13 % 48, NoTableSquare};
     probe.blackSquares = {i * 29 % 64, NoTableSquare};
     probe.whitePieces[1] = std::uint8_t(1 + i % 5);
@@ -159,31 +156,15 @@ TEST_F(HandMadeTableProbeTest, EnPassantCaptureThatMatesAddsOnePly) {
   writeTable("kpkp", {Draw, Draw});
   writeTable("kpk", {WhiteMatesIn5Or4, WhiteMatesIn5Or4});
   open();
-  struct Case {
-    std::uint32_t side;
-    std::initializer_list<const char*> men;
-    const char* ep;
-    Answer answer;
-  };
-  for (const Case& c : {
-           Case{WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, nullptr, {true, ResultDraw, 0}},
-           Case{WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, "d6", {true, ResultWhiteMates, 5}},
-           Case{BlackToMove, {"Ke1", "Pe4", "ke8", "pd4"}, "e3", {true, ResultBlackMates, 5}},
-           // No pawn beside the victim, no victim, or a "neighbour" round the edge: the table stands.
-           Case{WhiteToMove, {"Ke1", "Pa5", "ke8", "pd5"}, "d6", {true, ResultDraw, 0}},
-           Case{WhiteToMove, {"Ke1", "Pe5", "ke8", "pd4"}, "d6", {true, ResultDraw, 0}},
-           Case{WhiteToMove, {"Ke1", "Ph5", "ke8", "pa5"}, "a6", {true, ResultDraw, 0}},
-       })
-    EXPECT_EQ(probeDtm(tables, probeOf(c.side, c.men, c.ep)), c.answer)
-        << *c.men.begin() << " ep " << (c.ep ? c.ep : "-");
+  expectProbeRows(tables, "kpk mates");
 }
 
 TEST_F(HandMadeTableProbeTest, EnPassantCaptureRescuesALostPosition) {
   writeTable("kpkp", {BlackMatesIn6Or7, BlackMatesIn6Or7});
   writeTable("kpk", {Draw, Draw});
   open();
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"})), (Answer{true, ResultBlackMates, 6}));
-  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, {"Ke1", "Pe5", "ke8", "pd5"}, "d6")), (Answer{true, ResultDraw, 0}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, "Ke1 Pe5 ke8 pd5")), (Answer{true, ResultBlackMates, 6}));
+  EXPECT_EQ(probeDtm(tables, probeOf(WhiteToMove, "Ke1 Pe5 ke8 pd5", "d6")), (Answer{true, ResultDraw, 0}));
 }
 
 TEST_F(HandMadeTableProbeTest, AnUnreadableBlockGivesTheEndgameUpUntilReopened) {
@@ -191,8 +172,8 @@ TEST_F(HandMadeTableProbeTest, AnUnreadableBlockGivesTheEndgameUpUntilReopened) 
   table[0] = table[1] = {};  // White's blocks are empty
   testing::writeTable(scratch.path(), "kqk", Scheme, table);
   open();
-  const TablebaseProbe whiteToMove = probeOf(WhiteToMove, {"Kb6", "Qg1", "kh8"});
-  const TablebaseProbe blackToMove = probeOf(BlackToMove, {"Kb6", "Qg1", "kh8"});
+  const TablebaseProbe whiteToMove = probeOf(WhiteToMove, "Kb6 Qg1 kh8");
+  const TablebaseProbe blackToMove = probeOf(BlackToMove, "Kb6 Qg1 kh8");
   const Answer readable{true, ResultWhiteMates, 4};
 
   EXPECT_FALSE(probeDtm(tables, whiteToMove, false).found);

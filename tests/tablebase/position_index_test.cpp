@@ -9,6 +9,8 @@
 #include <set>
 #include <string>
 
+#include "data_table.h"
+
 namespace torvy {
 namespace {
 
@@ -26,20 +28,12 @@ TEST(EndgameTableTest, HoldsEachEndgameOnceInOneColourArrangement) {
   for (const char* unknown : {"kqqqkq", "", "kk"}) EXPECT_EQ(findEndgame(unknown), -1) << unknown;
 }
 
-// One endgame of each shape and the shape's pattern: like pieces share a letter only within a
-// side, and Black's letters continue after White's.
+// Rows of data/endgame_shapes.txt: an endgame and the pattern of its shape.
 TEST(EndgameTableTest, ShapesFollowTheMen) {
-  const std::pair<std::string_view, std::string_view> cases[] = {
-      {"kqk", "kak"},     {"kpk", "kpk"},     {"kqkq", "kakb"},   {"kqrk", "kabk"},   {"kbbk", "kaak"},
-      {"kqkp", "kakp"},   {"knpk", "kapk"},   {"kppk", "kppk"},   {"kpkp", "kpkp"},   {"knnnk", "kaaak"},
-      {"kqqrk", "kaabk"}, {"kqrrk", "kabbk"}, {"kqqkq", "kaakb"}, {"kqrbk", "kabck"}, {"krbkb", "kabkc"},
-      {"kqqpk", "kaapk"}, {"kbbkp", "kaakp"}, {"kqrpk", "kabpk"}, {"kbpkb", "kapkb"}, {"krnkp", "kabkp"},
-      {"knppk", "kappk"}, {"kppkn", "kppka"}, {"kqpkp", "kapkp"}, {"kppkp", "kppkp"}, {"kpppk", "kpppk"},
-  };
-  for (const auto& [name, pattern] : cases) {
-    const int id = findEndgame(name);
-    ASSERT_GE(id, 0) << name;
-    EXPECT_EQ(Shapes[std::size_t(Endgames[id].shape)].pattern, pattern) << name;
+  for (const testing::DataRow& row : testing::dataTable("endgame_shapes.txt")) {
+    const int id = findEndgame(row[0]);
+    ASSERT_GE(id, 0) << row[0];
+    EXPECT_EQ(Shapes[std::size_t(Endgames[id].shape)].pattern, row[1]) << row[0];
   }
 }
 

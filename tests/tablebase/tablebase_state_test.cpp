@@ -6,27 +6,20 @@
 #include <string>
 
 #include "board/board_helpers.h"
+#include "data_table.h"
 #include "tablebase/dtm_value.h"
 #include "tablebase/table_fixtures.h"
 
 namespace torvy {
 namespace {
 
-// The real 3-man tables show White's short mates; these are Black's, the long distances, the
-// score of a side that is mated, and the code that has no score.
+// The real 3-man tables show White's short mates; data/stored_bytes.txt has Black's and the long
+// distances. Then the score of a side that is mated, and the code that has no score.
 TEST(TablebaseValueTest, StoredBytesDecodeAndBecomeScoresForTheSideToMove) {
-  struct Byte {
-    std::uint8_t byte;
-    Color side;
-    unsigned code;
-    unsigned plies;
-  };
-  for (const Byte& b : {Byte{4 * 5 + 2, White, ResultBlackMates, 10}, Byte{4 * 5 + 2, Black, ResultBlackMates, 11},
-                        // Past 126 plies the unused combinations take over, and 252 breaks the rule once.
-                        Byte{4, White, ResultWhiteMates, 129}, Byte{7, Black, ResultWhiteMates, 128},
-                        Byte{252, White, ResultWhiteMates, 253}, Byte{252, Black, ResultWhiteMates, 254}}) {
-    EXPECT_EQ(dtmCode(StoredByteValues[b.side][b.byte]), b.code) << int(b.byte) << " side " << int(b.side);
-    EXPECT_EQ(dtmPlies(StoredByteValues[b.side][b.byte]), b.plies) << int(b.byte) << " side " << int(b.side);
+  for (const testing::DataRow& row : testing::dataTable("stored_bytes.txt")) {
+    const DtmValue value = StoredByteValues[row[1] == "white" ? White : Black][std::stoi(row[0])];
+    EXPECT_EQ(dtmCode(value), row[2] == "white mates" ? ResultWhiteMates : ResultBlackMates) << row[0] << " " << row[1];
+    EXPECT_EQ(dtmPlies(value), unsigned(std::stoi(row[3]))) << row[0] << " " << row[1];
   }
   int value = 0;
   EXPECT_TRUE(tablebaseScore(White, ResultBlackMates, 9, value));

@@ -42,35 +42,27 @@ TEST(RefereeGame, EachMoveIsCheckedAndTheGameEndedOnTheBoard) {
 }
 
 TEST(RefereeTally, EachResultAndOverrunCountsForTheEngineThatMadeIt) {
-  // Engine A's and B's wins, draws, losses, illegal moves, losses on time and crashes.
-  struct Case {
-    int whiteEngine;
-    Color winner;
-    Ending ending;
-    std::vector<int> a, b;
-  };
+  // Rows of data/referee_tallies.txt: engine A's and B's wins, draws, losses, illegal moves,
+  // losses on time and crashes after one game.
   auto counts = [](const EngineTally& t) {
     return std::vector{t.wins, t.draws, t.losses, t.illegal, t.timeouts, t.crashes};
   };
-  const Case cases[] = {
-      {0, White, Ending::Mate, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 0, 0, 0}},
-      {1, White, Ending::Mate, {0, 0, 1, 0, 0, 0}, {1, 0, 0, 0, 0, 0}},
-      {1, Black, Ending::Illegal, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 1, 0, 0}},
-      {0, White, Ending::Time, {1, 0, 0, 0, 0, 0}, {0, 0, 1, 0, 1, 0}},
-      {0, Black, Ending::Crash, {0, 0, 1, 0, 0, 1}, {1, 0, 0, 0, 0, 0}},
-      {1, NoColor, Ending::Length, {0, 1, 0, 0, 0, 0}, {0, 1, 0, 0, 0, 0}},
+  auto numbers = [](const std::string& text) {
+    std::vector<int> values;
+    for (const std::string& number : split(text, ' ')) values.push_back(std::stoi(number));
+    return values;
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(endingName(c.ending));
+  for (const testing::DataRow& row : testing::dataTable("referee_tallies.txt")) {
+    SCOPED_TRACE(row[2]);
     GameResult result;
-    result.winner = c.winner;
-    result.ending = c.ending;
+    result.winner = row[1] == "white" ? White : row[1] == "black" ? Black : NoColor;
+    result.ending = endingNamed(row[2]).value();
     Tally tally;
-    tally.count(result, c.whiteEngine);
-    EXPECT_EQ(counts(tally.engines[0]), c.a);
-    EXPECT_EQ(counts(tally.engines[1]), c.b);
-    EXPECT_EQ(tally.clean(), c.ending != Ending::Illegal && c.ending != Ending::Time && c.ending != Ending::Crash);
-    EXPECT_EQ(tally.tooLong, c.ending == Ending::Length ? 1 : 0);
+    tally.count(result, std::stoi(row[0]));
+    EXPECT_EQ(counts(tally.engines[0]), numbers(row[3]));
+    EXPECT_EQ(counts(tally.engines[1]), numbers(row[4]));
+    EXPECT_EQ(tally.clean(), row[5] == "clean");
+    EXPECT_EQ(tally.tooLong, result.ending == Ending::Length ? 1 : 0);
   }
 
   // A move beyond maxTime plus 5% and 2 centiseconds is an overrun, and a fault as our clock
