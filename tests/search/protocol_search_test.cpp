@@ -82,10 +82,14 @@ TEST(ProtocolSearch, OutputLinesStayWholeWhileCommandsArriveDuringSearches) {
   for (const std::string cores : {"1", "2"}) {
     SCOPED_TRACE(cores + " cores");
     // Two pings at a time with a short pause, so that they meet the searches rather than all
-    // arriving before the first move.
+    // arriving before the first move; twice on the way a move is awaited, so that they meet
+    // more than one search however slowly the engine runs.
     std::vector<ScriptStep> steps{{"xboard\nprotover 2\nnew\npost\nsd 2\nauto\n"}};
-    for (int i = 1; i <= Pings; i += 2)
-      steps.push_back({"ping " + std::to_string(i) + "\nping " + std::to_string(i + 1) + "\n", 1});
+    for (int i = 1; i <= Pings; i += 2) {
+      const bool awaitMove = i == Pings / 3 + 1 || i == 2 * Pings / 3 + 1;
+      steps.push_back(
+          {"ping " + std::to_string(i) + "\nping " + std::to_string(i + 1) + "\n", 1, awaitMove ? "move " : ""});
+    }
     const auto run = runEngineScripted(steps, {"-cores", cores});
     ASSERT_FALSE(run.timedOut);
     int pong = 0;
