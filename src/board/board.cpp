@@ -20,8 +20,6 @@ constexpr SlotRule slotRules[7] = {
     {9, 1, 1},   // Queen
     {1, 0, 1},   // King
 };
-constexpr std::uint8_t SharedSlotsBegin = 8;
-constexpr std::uint8_t SlotCount = 16;
 
 }  // namespace
 

@@ -30,6 +30,11 @@ struct UndoRecord {
 constexpr std::uint32_t HistorySize = 1024;
 constexpr std::uint32_t LightKeysSize = 64;
 
+// Slots 0 to 7 of a piece list belong to the pieces; 8 to 15 to the pawns, and to pieces
+// promoted beyond their own slots.
+constexpr int SharedSlotsBegin = 8;
+constexpr int SlotCount = 16;
+
 class Board_Common {
  public:
   virtual ~Board_Common() = default;
@@ -88,7 +93,7 @@ class Board_0x88 : public Board_Common {
   PieceType pieceOn[128];
   Color colorOn[128];
   std::uint8_t slotOn[128];
-  Square88 pieceList[2][16];
+  Square88 pieceList[2][SlotCount];
   std::uint8_t pieceCount[2][8];  // by PieceType; entry 7 is the total, kings included
   // The squares of each colour's pieces, kept beside pieceOn so that a ray's nearest piece
   // is one bit scan away.

@@ -232,8 +232,6 @@ template <Color Us, bool CapturesOnly, class Sink>
 // Slots 0 to 7 hold one kind each (king, queen, rooks, bishops, knights), so only the shared
 // slots, pawns and further pieces, read the piece off the board.
 constexpr PieceType fixedSlotKinds[8] = {King, Queen, Rook, Rook, Bishop, Bishop, Knight, Knight};
-constexpr int SharedSlotsBegin = 8;
-constexpr int SlotCount = 16;
 
 // Appends to the sink, whose count it returns.
 template <Color Us, bool CapturesOnly, class Sink>

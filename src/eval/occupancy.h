@@ -30,11 +30,6 @@ template <std::size_t... Slot>
 
 }  // namespace detail
 
-// Slots 0 to 7 of a piece list belong to the pieces; 8 to 15 to the pawns, and to pieces
-// promoted beyond their own slots.
-constexpr int SharedSlotsBegin = 8;
-constexpr int SlotCount = 16;
-
 struct Occupancy {
   Bitboard all;
   Bitboard black;
