@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "board/attacks.h"
+#include "board/slider_attacks.h"
 
 namespace torvy {
 
@@ -260,6 +261,52 @@ inline void generatePieceMoves(Board_0x88& board, const PinInfo& pins, MoveList&
       std::uint32_t(generatePieceMovesInto<Us, CapturesOnly>(board, pins, MoveSink{moves.entries, moves.count}));
 }
 
+// The squares one rank ahead of the given ones, for Us; none past the last rank.
+template <Color Us>
+constexpr Bitboard oneRankAhead(Bitboard squares) {
+  return Us == White ? squares << 8 : squares >> 8;
+}
+
+// Out of check a piece's moves are its targets less its own men, kept to its pin line when
+// pinned, so perft's last ply counts them by population counts instead of move by move. The
+// king's steps are each tested; a push to the last rank counts four promotions.
+template <Color Us>
+inline std::size_t countPieceMovesOutOfCheck(Board_0x88& board, const PinInfo& pins) {
+  constexpr Color Them = opposite(Us);
+  const Bitboard own = board.occupied[Us];
+  const Bitboard all = own | board.occupied[Them];
+  const Bitboard pinned = pins.straightPinned | pins.diagonalPinned;
+  std::size_t count = 0;
+  for (int slot = 1; slot < SlotCount; ++slot) {
+    const Square88 from = board.pieceList[Us][slot];
+    if (!onBoard(from)) continue;
+    const int from64 = toSquare64(from);
+    const PieceType piece = slot < SharedSlotsBegin ? fixedSlotKinds[slot] : board.pieceOn[from];
+    Bitboard targets = 0;
+    switch (piece) {
+      case Pawn: {
+        const Bitboard one = oneRankAhead<Us>(squareBit(from)) & ~all;
+        const Bitboard two = relativeRank(Us, from) == 1 ? oneRankAhead<Us>(one) & ~all : 0;
+        targets = (captureReach[Us][Pawn][from64] & board.occupied[Them]) | one | two;
+        break;
+      }
+      case Knight: targets = captureReach[Us][Knight][from64] & ~own; break;
+      case Bishop: targets = bishopAttacks(from, all) & ~own; break;
+      case Rook: targets = rookAttacks(from, all) & ~own; break;
+      case Queen: targets = (bishopAttacks(from, all) | rookAttacks(from, all)) & ~own; break;
+      default: break;
+    }
+    if ((pinned & squareBit(from)) != 0) targets &= pinLine<Us>(board, from);
+    const bool promotes = piece == Pawn && relativeRank(Us, from) == 6;
+    count += std::size_t(countSquares(targets)) * (promotes ? std::size(promotionOrder) : 1);
+  }
+  const Square88 king = board.kingSquare(Us);
+  if (king != NoSquare)
+    for (Bitboard steps = captureReach[Us][King][toSquare64(king)] & ~own; steps != 0; steps &= steps - 1)
+      count += isKingStepSafe<Us>(board, king, toSquare88(Square64(std::countr_zero(steps)))) ? 1 : 0;
+  return count;
+}
+
 }  // namespace detail
 
 template <Color Us>
@@ -317,7 +364,8 @@ inline std::uint32_t countLegalMoves(Board_0x88& board, const CheckInfo& check) 
   MoveList specials;
   generateEnPassant<Us>(board, specials);
   const std::size_t withPieces =
-      detail::generatePieceMovesInto<Us, false>(board, pins, detail::MoveCounter{specials.count});
+      check.checkers == 0 ? specials.count + detail::countPieceMovesOutOfCheck<Us>(board, pins)
+                          : detail::generatePieceMovesInto<Us, false>(board, pins, detail::MoveCounter{specials.count});
   specials.count = 0;
   generateCastling<Us>(board, pins, specials);
   const std::size_t total = withPieces + specials.count;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "board/slider_attacks.h"
 #include "eval/endgame.h"
 #include "eval/eval_report.h"
 #include "eval/king_safety.h"
@@ -9,7 +10,6 @@
 #include "eval/packed_score.h"
 #include "eval/pawns.h"
 #include "eval/pieces.h"
-#include "eval/slider_attacks.h"
 
 namespace torvy {
 
@@ -35,10 +35,7 @@ ScorePair colourTerms(const Board_0x88& board, const MaterialInfo& material, con
 }  // namespace
 
 // The other tables of the evaluation are built by the compiler.
-void initEvaluation() {
-  initPieceSquareTables();
-  initSliderAttacks();
-}
+void initEvaluation() { initPieceSquareTables(); }
 
 template <class Book>
 int evaluateWith(const Board_0x88& board, PawnHashTable& pawnHash, int alpha, int beta, Book& book) {

@@ -5,8 +5,8 @@
 #include <array>
 
 #include "board/geometry.h"
+#include "board/slider_attacks.h"
 #include "eval/occupancy.h"
-#include "eval/slider_attacks.h"
 
 namespace torvy {
 

@@ -1,4 +1,4 @@
-#include "eval/slider_attacks.h"
+#include "board/slider_attacks.h"
 
 namespace torvy {
 
@@ -23,15 +23,14 @@ void fill(const detail::Magics& magics) {
   }
 }
 
-}  // namespace
+// Filled before main: move generation reads it from the first position on, and nothing that
+// runs before main asks for an attack set.
+const bool filled = [] {
+  fill<bishopDeltas>(detail::bishopMagics);
+  fill<rookDeltas>(detail::rookMagics);
+  return true;
+}();
 
-void initSliderAttacks() {
-  static const bool done = [] {
-    fill<bishopDeltas>(detail::bishopMagics);
-    fill<rookDeltas>(detail::rookMagics);
-    return true;
-  }();
-  (void)done;
-}
+}  // namespace
 
 }  // namespace torvy

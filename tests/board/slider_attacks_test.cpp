@@ -1,4 +1,4 @@
-#include "eval/slider_attacks.h"
+#include "board/slider_attacks.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,6 @@ void expectEveryBlockerSetFindsItsWalk(const detail::Magics& magics) {
 }
 
 TEST(SliderAttacksTest, EveryBlockerSetFindsItsWalk) {
-  initSliderAttacks();
   expectEveryBlockerSetFindsItsWalk<bishopDeltas>(detail::bishopMagics);
   expectEveryBlockerSetFindsItsWalk<rookDeltas>(detail::rookMagics);
 }

@@ -113,6 +113,7 @@ inline constexpr Factors rookFactors = {
 inline constexpr std::size_t BishopTableSize = tableSize<bishopDeltas>();
 inline constexpr std::size_t SliderTableSize = BishopTableSize + tableSize<rookDeltas>();
 
+// Filled at start-up, before main.
 extern std::array<Bitboard, SliderTableSize> sliderAttackTable;
 
 inline constexpr Magics bishopMagics = makeMagics<bishopDeltas>(bishopFactors, sliderAttackTable.data());
@@ -121,9 +122,6 @@ inline constexpr Magics rookMagics = makeMagics<rookDeltas>(rookFactors, sliderA
 inline Bitboard lookUp(const Magic& m, Bitboard all) { return m.attacks[(all & m.mask) * m.factor >> m.shift]; }
 
 }  // namespace detail
-
-// Fills the table, once however often it is called.
-void initSliderAttacks();
 
 inline Bitboard bishopAttacks(Square88 square, Bitboard all) {
   return detail::lookUp(detail::bishopMagics[square], all);
