@@ -165,6 +165,7 @@ int Searcher::searchMoves(MoveSelector& selector, Move first, const Node& node, 
     UndoRecord undo;
     board.history[board.historyIndex].move = m;
     board.makeMove<Us>(m, undo);
+    ttHash->prefetch(board.key());
     const int v =
         searchMove<Us>(check, std::max(node.alpha, best), node.beta, node.ply + 1, node.depth, moveNumber, late, child);
     board.unmakeMove<Us>(m, undo);
